@@ -1,0 +1,121 @@
+#include "xml/base64.hpp"
+
+#include <array>
+
+namespace quillbank::xml {
+
+namespace {
+
+constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::size_t kLineLength = 72;
+
+constexpr std::array<std::int8_t, 256> MakeDecodeTable() {
+    std::array<std::int8_t, 256> table{};
+    for (auto& entry : table) {
+        entry = -1;
+    }
+    for (int i = 0; i < 64; ++i) {
+        table[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::int8_t>(i);
+    }
+    return table;
+}
+
+constexpr auto kDecodeTable = MakeDecodeTable();
+
+bool IsXmlWhitespace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+}  // namespace
+
+std::string EncodeBase64Text(std::span<const std::uint8_t> bytes) {
+    const std::size_t chars = (bytes.size() + 2) / 3 * 4;
+    std::string out;
+    out.reserve(chars + chars / kLineLength);
+    std::size_t column = 0;
+    auto put = [&](char c) {
+        if (column == kLineLength) {
+            out.push_back('\n');
+            column = 0;
+        }
+        out.push_back(c);
+        ++column;
+    };
+    std::size_t i = 0;
+    for (; i + 3 <= bytes.size(); i += 3) {
+        const std::uint32_t v = (std::uint32_t{bytes[i]} << 16) | (std::uint32_t{bytes[i + 1]} << 8) | bytes[i + 2];
+        put(kAlphabet[(v >> 18) & 63]);
+        put(kAlphabet[(v >> 12) & 63]);
+        put(kAlphabet[(v >> 6) & 63]);
+        put(kAlphabet[v & 63]);
+    }
+    const std::size_t rest = bytes.size() - i;
+    if (rest == 1) {
+        const std::uint32_t v = std::uint32_t{bytes[i]} << 16;
+        put(kAlphabet[(v >> 18) & 63]);
+        put(kAlphabet[(v >> 12) & 63]);
+        put('=');
+        put('=');
+    } else if (rest == 2) {
+        const std::uint32_t v = (std::uint32_t{bytes[i]} << 16) | (std::uint32_t{bytes[i + 1]} << 8);
+        put(kAlphabet[(v >> 18) & 63]);
+        put(kAlphabet[(v >> 12) & 63]);
+        put(kAlphabet[(v >> 6) & 63]);
+        put('=');
+    }
+    return out;
+}
+
+std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text) {
+    std::vector<std::uint8_t> out;
+    out.reserve(text.size() / 4 * 3);
+    std::uint32_t group = 0;
+    int inGroup = 0;
+    int padding = 0;
+    for (char c : text) {
+        if (IsXmlWhitespace(c)) {
+            continue;
+        }
+        if (c == '=') {
+            // Padding may only complete the last group: "xx==" or "xxx=".
+            if (inGroup < 2 || padding + inGroup >= 4) {
+                return std::nullopt;
+            }
+            ++padding;
+            if (inGroup + padding == 4) {
+                if (padding == 2) {
+                    out.push_back(static_cast<std::uint8_t>(group >> 4));
+                } else {
+                    out.push_back(static_cast<std::uint8_t>(group >> 10));
+                    out.push_back(static_cast<std::uint8_t>(group >> 2));
+                }
+                inGroup = 4;  // closed: nothing may follow
+            }
+            continue;
+        }
+        if (padding > 0 || inGroup == 4) {
+            return std::nullopt;
+        }
+        const std::int8_t v = kDecodeTable[static_cast<unsigned char>(c)];
+        if (v < 0) {
+            return std::nullopt;
+        }
+        group = (group << 6) | static_cast<std::uint32_t>(v);
+        if (++inGroup == 4) {
+            out.push_back(static_cast<std::uint8_t>(group >> 16));
+            out.push_back(static_cast<std::uint8_t>(group >> 8));
+            out.push_back(static_cast<std::uint8_t>(group));
+            group = 0;
+            inGroup = 0;
+        }
+    }
+    if (padding > 0) {
+        // Padding started but did not complete the group ("xx=").
+        if (inGroup != 4) {
+            return std::nullopt;
+        }
+    } else if (inGroup != 0) {
+        return std::nullopt;
+    }
+    return out;
+}
+
+}  // namespace quillbank::xml
