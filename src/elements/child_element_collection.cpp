@@ -1,0 +1,209 @@
+#include <quillbank/child_element_collection.hpp>
+
+#include <limits>
+#include <utility>
+
+#include "frame/raise.hpp"
+#include "support/conversions.hpp"
+#include "support/text.hpp"
+
+namespace quillbank {
+
+namespace {
+
+constexpr const char* kDefaultName = "children";
+
+// The reader visits child nodes with a signed 16-bit position.
+constexpr std::int32_t kLastVisitablePosition = std::numeric_limits<std::int16_t>::max();
+
+}  // namespace
+
+ChildElementCollection::ChildElementCollection() : name_(kDefaultName) {}
+
+std::shared_ptr<ChildElementCollection> ChildElementCollection::Create() {
+    return std::shared_ptr<ChildElementCollection>(new ChildElementCollection());
+}
+
+std::string ChildElementCollection::Name() const { return name_; }
+
+void ChildElementCollection::SetName(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "ChildElementCollection.Name (Set)");
+    name_ = NewValue;
+}
+
+std::int32_t ChildElementCollection::Length() const { return Count() - 1; }
+
+std::int32_t ChildElementCollection::Count() const { return static_cast<std::int32_t>(elements_.size()); }
+
+std::shared_ptr<ChildElement> ChildElementCollection::Item(std::int32_t Index) const {
+    if (Index < 0 || Index > Length()) {
+        return nullptr;
+    }
+    return elements_[static_cast<std::size_t>(Index)];
+}
+
+std::int32_t ChildElementCollection::IndexOf(const std::shared_ptr<ChildElement>& Element) const {
+    if (!Element || elements_.empty()) {
+        return -1;
+    }
+    for (std::size_t i = 0; i < elements_.size(); ++i) {
+        if (elements_[i] == Element) {
+            return static_cast<std::int32_t>(i);
+        }
+    }
+    // A non-empty list reports an element it does not hold as position 0.
+    return 0;
+}
+
+void ChildElementCollection::Append(const std::shared_ptr<ChildElement>& Element) {
+    if (Element) {
+        elements_.push_back(Element);
+    }
+}
+
+void ChildElementCollection::Insert(const std::shared_ptr<ChildElement>& Element, std::int32_t Index) {
+    if (!Element) {
+        return;
+    }
+    if (Index < 0 || Index > Length()) {
+        elements_.push_back(Element);
+        return;
+    }
+    elements_.insert(elements_.begin() + Index, Element);
+}
+
+void ChildElementCollection::Remove(const std::shared_ptr<ChildElement>& Element) {
+    const std::int32_t index = IndexOf(Element);
+    if (index > -1) {
+        RemoveAt(index);
+    }
+}
+
+void ChildElementCollection::RemoveAt(std::int32_t Index) {
+    if (Index < 0 || Index > Length()) {
+        return;
+    }
+    if (elements_.size() == 1) {
+        Clear();
+        return;
+    }
+    elements_.erase(elements_.begin() + Index);
+}
+
+void ChildElementCollection::Clear() {
+    elements_.clear();
+    elements_.shrink_to_fit();
+}
+
+void ChildElementCollection::Swap(std::int32_t SourceIndex, std::int32_t DestinationIndex) {
+    const std::int32_t length = Length();
+    if (SourceIndex < 0 || SourceIndex > length || DestinationIndex < 0 || DestinationIndex > length ||
+        SourceIndex == DestinationIndex) {
+        return;
+    }
+    std::swap(elements_[static_cast<std::size_t>(SourceIndex)], elements_[static_cast<std::size_t>(DestinationIndex)]);
+}
+
+void ChildElementCollection::MovePrevious(const std::shared_ptr<ChildElement>& Element) {
+    const std::int32_t index = IndexOf(Element);
+    if (index != -1) {
+        Swap(index, index - 1);
+    }
+}
+
+void ChildElementCollection::MoveNext(const std::shared_ptr<ChildElement>& Element) {
+    const std::int32_t index = IndexOf(Element);
+    if (index != -1) {
+        Swap(index, index + 1);
+    }
+}
+
+void ChildElementCollection::MoveFirst(const std::shared_ptr<ChildElement>& Element) {
+    const std::int32_t index = IndexOf(Element);
+    if (index != -1) {
+        Swap(index, 0);
+    }
+}
+
+void ChildElementCollection::MoveLast(const std::shared_ptr<ChildElement>& Element) {
+    const std::int32_t index = IndexOf(Element);
+    if (index != -1) {
+        Swap(index, Length());
+    }
+}
+
+void ChildElementCollection::MoveTo(const std::shared_ptr<ChildElement>& Element, std::int32_t DestinationIndex) {
+    const std::int32_t index = IndexOf(Element);
+    if (index != -1) {
+        Swap(index, DestinationIndex);
+    }
+}
+
+std::shared_ptr<ChildElementCollection> ChildElementCollection::Clone() const {
+    auto copy = Create();
+    copy->name_ = name_;
+    copy->elements_.reserve(elements_.size());
+    for (const auto& element : elements_) {
+        copy->elements_.push_back(element->Clone());
+    }
+    return copy;
+}
+
+xml::Element ChildElementCollection::ToClearXMLElement(const xml::Document& Document) {
+    if (!Document) {
+        frame::Raise(ErrNullArgument, "ChildElementCollection.ToClearXMLElement", frame::kDocumentCannotBeNull);
+    }
+    xml::Document document = Document;
+    document.SetPreserveWhiteSpace(true);
+    xml::Element element = document.CreateElement("cec");
+    element.SetAttribute("name", name_);
+    for (const auto& entry : elements_) {
+        element.AppendChild(entry->ToClearXMLElement(document));
+    }
+    return element;
+}
+
+xml::Element ChildElementCollection::ToXMLElement(const xml::Document& Document) {
+    if (!Document) {
+        frame::Raise(ErrNullArgument, "ChildElementCollection.ToXMLElement", frame::kDocumentCannotBeNull);
+    }
+    xml::Document document = Document;
+    document.SetPreserveWhiteSpace(true);
+    xml::Element element = document.CreateElement("cec");
+    element.SetAttribute("name", name_);
+    for (const auto& entry : elements_) {
+        element.AppendChild(entry->ToXMLElement(document));
+    }
+    return element;
+}
+
+void ChildElementCollection::FromXMLElement(const xml::Element& Element) {
+    const char* source = "ChildElementCollection.FromXMLElement";
+    if (!Element) {
+        frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
+    }
+    if (Element.Name() != "cec") {
+        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("cec"));
+    }
+    name_ = support::VariantToText(Element.GetAttribute("name"), kDefaultName);
+    Clear();
+    // Every child node counts (text and whitespace too). The last position
+    // must fit the counter before the first child is read; a list of exactly
+    // 32768 nodes is read whole and then fails on the step past the last one.
+    const std::int32_t nodeCount = Element.ChildCount();
+    if (nodeCount - 1 > kLastVisitablePosition) {
+        frame::Raise(ErrOverflow, source, frame::kOverflow);
+    }
+    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
+        if (child.IsElement() && child.Name() == "ce") {
+            auto entry = ChildElement::Create();
+            entry->FromXMLElement(child.AsElement());
+            elements_.push_back(std::move(entry));
+        }
+    }
+    if (nodeCount - 1 == kLastVisitablePosition) {
+        frame::Raise(ErrOverflow, source, frame::kOverflow);
+    }
+}
+
+}  // namespace quillbank

@@ -1,0 +1,50 @@
+#pragma once
+
+// What a property bag offers the library's other classes only: direct access
+// to its properties, and writing and reading its property elements under any
+// parent element (a child element keeps its properties directly inside "ce").
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include <quillbank/persisted_property_collection.hpp>
+#include <quillbank/xml.hpp>
+
+#include "properties/persisted_property.hpp"
+#include "properties/property_store.hpp"
+
+namespace quillbank::detail {
+
+struct PropertyBagAccess {
+    static PropertyStore& Store(PersistedPropertyCollection& bag) { return *bag.store_; }
+    static const PropertyStore& Store(const PersistedPropertyCollection& bag) { return *bag.store_; }
+    // Replaces the properties by a new, empty set (the name is kept).
+    static void ResetStore(PersistedPropertyCollection& bag);
+};
+
+}  // namespace quillbank::detail
+
+namespace quillbank::properties {
+
+// The property stored under the name (ignoring case), or null. Never raises.
+std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag,
+                                                std::string_view PropertyName);
+// Removes any property of the same name, then appends Property under its own name.
+void AddProperty(PersistedPropertyCollection& bag, std::shared_ptr<PersistedProperty> Property);
+// How many properties have exactly this encoding.
+std::int32_t CountByEncoding(const PersistedPropertyCollection& bag, std::int32_t EncodingType);
+
+// Appends the bag's property elements under Parent: the clear form is one run
+// sorted by name; the normal form is the plain properties sorted, then the
+// encoded ones sorted. A property that gives no element is skipped.
+void AppendClearPropertyElements(const PersistedPropertyCollection& bag, const xml::Document& Document,
+                                 xml::Element& Parent);
+void AppendPropertyElements(const PersistedPropertyCollection& bag, const xml::Document& Document,
+                            xml::Element& Parent);
+// Replaces the bag's properties by those read from the element children of
+// Element; children that do not read as a property are dropped, and of two
+// children with the same name the later one wins.
+void ReadPropertyElements(PersistedPropertyCollection& bag, const xml::Element& Element);
+
+}  // namespace quillbank::properties
