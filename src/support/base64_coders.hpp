@@ -20,7 +20,8 @@ std::string DecodeBase64(std::string_view b64);
 // The UTF-8 coder: "" gives ""; no trailing zero byte. A failed conversion
 // gives the marker "#error#" or "#error (2)#", itself encoded with the ANSI coder.
 std::string EncodeBase64Utf8(std::string_view text);
-// "" gives ""; bytes that are not UTF-8 give the plain text "#error#".
+// "" gives ""; byte sequences that are not UTF-8 become U+FFFD, as the
+// platform's conversion without flags does, then the text is cut at its first NUL.
 std::string DecodeBase64Utf8(std::string_view b64);
 
 // The upper index of the buffer; -1 when it is empty.

@@ -5,7 +5,8 @@
 //
 // Text forms accepted: decimal numbers with "." ("1.5", "-2", "1e3", with
 // surrounding spaces), "&H"/"&O" hexadecimal and octal integers, "True"/"False"
-// in any letter case and numbers for booleans (nonzero is true), dates as
+// in any letter case and numbers for booleans (nonzero is true), "NaN", "INF"
+// and "-INF" exactly as written for doubles that are not finite, dates as
 // "YYYY-MM-DD[ hh:mm[:ss]]", "hh:mm[:ss]" and "M/D/YYYY[ h:mm[:ss] AM|PM]".
 // Every conversion that fails gives the default instead of an error.
 

@@ -1,6 +1,9 @@
 #include "xml/base64.hpp"
 
+#include <algorithm>
 #include <array>
+
+#include <quillbank/error.hpp>
 
 namespace quillbank::xml {
 
@@ -116,6 +119,23 @@ std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text)
         return std::nullopt;
     }
     return out;
+}
+
+}  // namespace quillbank::xml
+
+namespace quillbank::xml {
+
+std::vector<std::uint8_t> DecodeBase64TextOrRaise(std::string_view text) {
+    if (auto bytes = DecodeBase64Text(text)) {
+        return std::move(*bytes);
+    }
+    // At most 64 bytes of the text, never cutting a UTF-8 sequence in half.
+    std::size_t cut = std::min<std::size_t>(text.size(), 64);
+    while (cut > 0 && cut < text.size() && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) {
+        --cut;
+    }
+    const std::string shown(text.substr(0, cut));
+    throw Error(ErrXmlDom, "msxml3.dll", "Error parsing '" + shown + "' as bin.base64 datatype.");
 }
 
 }  // namespace quillbank::xml

@@ -22,3 +22,12 @@ std::string EncodeBase64Text(std::span<const std::uint8_t> bytes);
 std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text);
 
 }  // namespace quillbank::xml
+
+namespace quillbank::xml {
+
+// DecodeBase64Text, raising the document model's error when the text is not
+// base64: ErrXmlDom, source "msxml3.dll",
+// "Error parsing '<the text, at most 64 characters>' as bin.base64 datatype."
+std::vector<std::uint8_t> DecodeBase64TextOrRaise(std::string_view text);
+
+}  // namespace quillbank::xml
