@@ -9,5 +9,7 @@
 #include <quillbank/functions.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 #include <quillbank/records.hpp>
+#include <quillbank/storyboard.hpp>
+#include <quillbank/storyboard_collection.hpp>
 #include <quillbank/variant.hpp>
 #include <quillbank/xml.hpp>
