@@ -63,8 +63,12 @@ public:
     void FromXMLElement(const xml::Element& Element);
 
 private:
+    struct Unfilled {};
     Storyboard();
-    void Initialize();
+    // A storyboard whose identity and parts are left unset, for a reader that
+    // fills it at once with FromXMLElement.
+    explicit Storyboard(Unfilled);
+    void Initialize(bool withNewSBID);
     void CopyContentFrom(const Storyboard& SB);
     xml::Element WriteElement(const xml::Document& Document, bool clear, const char* source);
 

@@ -1,0 +1,268 @@
+#include <quillbank/lesson.hpp>
+
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <quillbank/child_element.hpp>
+#include <quillbank/child_element_collection.hpp>
+#include <quillbank/lesson_map.hpp>
+
+#include "frame/raise.hpp"
+#include "maps/lesson_map_access.hpp"
+#include "support/conversions.hpp"
+#include "support/guid.hpp"
+#include "support/text.hpp"
+
+namespace quillbank {
+
+namespace {
+
+constexpr const char* kDefaultTitle = "New Lesson";
+
+// The banner that stands before and after the content of a classified lesson.
+std::string BannerText(const std::string& classification) {
+    return " ************ " + classification + " ************ ";
+}
+
+// Rewrites the start and end points of every location property in Bag, and
+// in every bag and child-element list nested in it, through Mapping (old
+// identifier to new identifier; identifiers it does not hold stay). A
+// location is stored back unencoded, whatever its encoding was. Nested bags
+// are taken from a work list rather than by recursion, so nesting depth
+// costs no stack; a bag reached twice (possible only through a list that
+// holds itself) is rewritten once.
+void RemapLocationReferences(const std::shared_ptr<PersistedPropertyCollection>& Bag,
+                             const PersistedPropertyCollection& Mapping) {
+    std::vector<std::shared_ptr<PersistedPropertyCollection>> pending{Bag};
+    std::unordered_set<const PersistedPropertyCollection*> done;
+    auto queueList = [&pending](const std::shared_ptr<ChildElementCollection>& list) {
+        if (!list) {
+            return;
+        }
+        for (std::int32_t i = 0; i <= list->Length(); ++i) {
+            pending.push_back(list->Item(i)->PPCObject());
+        }
+    };
+    while (!pending.empty()) {
+        std::shared_ptr<PersistedPropertyCollection> bag = std::move(pending.back());
+        pending.pop_back();
+        if (!bag || !done.insert(bag.get()).second) {
+            continue;
+        }
+        // The plain names first, then the encoded ones; an array whose first
+        // name is empty is how a bag reports that it holds none of a kind.
+        for (const std::int32_t encoding : {std::int32_t{etNotEncoded}, std::int32_t{etBase64Encoded}}) {
+            const std::vector<std::string> names = bag->GetPropertyNameArray(encoding);
+            if (names.empty() || names.front().empty()) {
+                continue;
+            }
+            for (const std::string& name : names) {
+                switch (bag->GetPropertyType(name)) {
+                    case ptLocation: {
+                        LocationData location = bag->GetLocation(name, LocationData{});
+                        location.StartPoint = Mapping.GetString(location.StartPoint, location.StartPoint);
+                        location.EndPoint = Mapping.GetString(location.EndPoint, location.EndPoint);
+                        bag->SetLocation(name, location, etNotEncoded);
+                        break;
+                    }
+                    case ptPPC:
+                        pending.push_back(bag->GetPPC(name, nullptr));
+                        break;
+                    case ptCEC:
+                        queueList(bag->GetCEC(name, nullptr));
+                        break;
+                    default:
+                        break;
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+
+Lesson::Lesson() { Reset(); }
+
+std::shared_ptr<Lesson> Lesson::Create() { return std::shared_ptr<Lesson>(new Lesson()); }
+
+// The creation state; the parts are made in the order bag, maps, storyboards.
+void Lesson::Reset() {
+    lesson_id_ = support::NewGUIDString();
+    title_ = kDefaultTitle;
+    identifier_.clear();
+    classification_.clear();
+    properties_ = PersistedPropertyCollection::Create();
+    maps_ = LessonMapCollection::Create();
+    storyboards_ = StoryboardCollection::Create();
+}
+
+std::string Lesson::LessonID() const { return lesson_id_; }
+
+void Lesson::SetLessonID(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Lesson.LessonID (Set)");
+    lesson_id_ = NewValue;
+}
+
+std::string Lesson::Title() const { return title_; }
+
+void Lesson::SetTitle(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Lesson.Title (Set)");
+    title_ = NewValue;
+}
+
+std::string Lesson::Identifier() const { return identifier_; }
+
+void Lesson::SetIdentifier(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Lesson.Identifier (Set)");
+    identifier_ = NewValue;
+}
+
+std::string Lesson::Classification() const { return classification_; }
+
+void Lesson::SetClassification(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Lesson.Classification (Set)");
+    classification_ = NewValue;
+}
+
+std::shared_ptr<PersistedPropertyCollection> Lesson::Properties() const { return properties_; }
+
+std::shared_ptr<LessonMapCollection> Lesson::Maps() const { return maps_; }
+
+std::shared_ptr<StoryboardCollection> Lesson::Storyboards() const { return storyboards_; }
+
+xml::Element Lesson::WriteElement(const xml::Document& Document, bool clear, const char* source) const {
+    if (!Document) {
+        frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
+    }
+    xml::Document document = Document;
+    document.SetPreserveWhiteSpace(true);
+    xml::Element element = document.CreateElement("lesson");
+    element.SetAttribute("lessonid", lesson_id_);
+    element.SetAttribute("title", title_);
+    if (!identifier_.empty()) {
+        element.SetAttribute("identifier", identifier_);
+    }
+    element.SetAttribute("documentid", support::NewGUIDString());
+    const bool classified = !classification_.empty();
+    if (classified) {
+        element.SetAttribute("classification", classification_);
+        element.AppendChild(document.CreateComment(BannerText(classification_)));
+    }
+    element.AppendChild(clear ? properties_->ToClearXMLElement(document) : properties_->ToXMLElement(document));
+    // The maps have one form only.
+    element.AppendChild(maps_->ToXMLElement(document));
+    element.AppendChild(clear ? storyboards_->ToClearXMLElement(document) : storyboards_->ToXMLElement(document));
+    if (classified) {
+        element.AppendChild(document.CreateComment(BannerText(classification_)));
+    }
+    return element;
+}
+
+xml::Element Lesson::ToClearXMLElement(const xml::Document& Document) const {
+    return WriteElement(Document, true, "Lesson.ToClearXMLElement");
+}
+
+xml::Element Lesson::ToXMLElement(const xml::Document& Document) const {
+    return WriteElement(Document, false, "Lesson.ToXMLElement");
+}
+
+void Lesson::FromXMLElement(const xml::Element& Element) {
+    const char* source = "Lesson.FromXMLElement";
+    if (!Element) {
+        frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
+    }
+    if (Element.Name() != "lesson") {
+        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("lesson"));
+    }
+    Reset();
+    // "documentid" names one written copy, not the lesson: it is not read.
+    lesson_id_ = support::VariantToText(Element.GetAttribute("lessonid"), lesson_id_);
+    title_ = support::VariantToText(Element.GetAttribute("title"), kDefaultTitle);
+    identifier_ = support::VariantToText(Element.GetAttribute("identifier"), "");
+    classification_ = support::VariantToText(Element.GetAttribute("classification"), "");
+
+    // Each part clears itself before reading, so of two parts of the same
+    // name the later one wins.
+    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
+        if (!child.IsElement()) {
+            continue;
+        }
+        const std::string name = child.Name();
+        if (name == "ppc") {
+            properties_->FromXMLElement(child.AsElement());
+        } else if (name == "maps") {
+            maps_->FromXMLElement(child.AsElement());
+        } else if (name == "storyboards") {
+            storyboards_->FromXMLElement(child.AsElement());
+        }
+    }
+}
+
+std::string Lesson::ToXMLString() const {
+    xml::Document document = xml::Document::Create();
+    return support::StripControlChars(ToXMLElement(document).Xml());
+}
+
+std::string Lesson::ToClearXMLString() const {
+    xml::Document document = xml::Document::Create();
+    return support::StripControlChars(ToClearXMLElement(document).Xml());
+}
+
+void Lesson::FromXMLString(std::string_view XMLString) {
+    if (XMLString.empty()) {
+        Reset();
+        return;
+    }
+    // Stray control characters are removed so that they do not stop the
+    // parse; text that is not UTF-8 does not parse.
+    xml::Document document = xml::Document::Create();
+    if (!document.LoadXML(support::StripControlChars(XMLString))) {
+        frame::Raise(ErrXmlForm, "Lesson.FromXMLString", frame::kXmlCouldNotBeParsed);
+    }
+    FromXMLElement(document.DocumentElement());
+}
+
+std::shared_ptr<Lesson> Lesson::Clone() const {
+    auto copy = Create();
+    xml::Document document = xml::Document::Create();
+    copy->FromXMLElement(ToXMLElement(document));
+    return copy;
+}
+
+std::shared_ptr<Lesson> Lesson::Duplicate() const {
+    auto copy = Create();
+    // The LessonID and the lesson's own properties are not carried over.
+    copy->title_ = title_;
+    copy->identifier_ = identifier_;
+    copy->classification_ = classification_;
+
+    // Old storyboard identifier (property name) to new one (string value).
+    auto mapping = PersistedPropertyCollection::Create();
+    for (const auto& sb : *storyboards_) {
+        auto duplicate = sb->Duplicate("");
+        copy->storyboards_->Add(duplicate);
+        mapping->SetString(sb->SBID(), duplicate->SBID(), etNotEncoded);
+    }
+    for (const auto& sb : *copy->storyboards_) {
+        RemapLocationReferences(sb->Properties(), *mapping);
+        auto children = sb->Children();
+        for (std::int32_t i = 0; i <= children->Length(); ++i) {
+            RemapLocationReferences(children->Item(i)->PPCObject(), *mapping);
+        }
+    }
+
+    const auto defaultMap = maps_->DefaultMap();
+    for (std::int32_t i = 0; i < maps_->Count(); ++i) {
+        auto map = maps_->ItemAt(i);
+        auto mapCopy = map->Clone();
+        detail::LessonMapAccess::RemapStoryboardIDs(*mapCopy, *mapping);
+        copy->maps_->Append(mapCopy);
+        if (map == defaultMap) {
+            copy->maps_->SetDefaultMap(mapCopy);
+        }
+    }
+    return copy;
+}
+
+}  // namespace quillbank

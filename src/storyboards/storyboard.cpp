@@ -1,0 +1,209 @@
+#include <quillbank/storyboard.hpp>
+
+#include <optional>
+#include <utility>
+
+#include "frame/raise.hpp"
+#include "storyboards/storyboard_access.hpp"
+#include "support/conversions.hpp"
+#include "support/guid.hpp"
+#include "support/text.hpp"
+
+namespace quillbank {
+
+namespace {
+
+constexpr const char* kDefaultTitle = "New Storyboard";
+
+}  // namespace
+
+Storyboard::Storyboard() { Initialize(true); }
+
+Storyboard::Storyboard(Unfilled) {}
+
+std::shared_ptr<Storyboard> Storyboard::Create() { return std::shared_ptr<Storyboard>(new Storyboard()); }
+
+// The creation state. The storyboard type is not part of it: a new object
+// holds an empty one, and the reader sets it from the element in any case.
+// A reader that finds an identifier in the element passes false, because the
+// identifier made here would be replaced at once.
+void Storyboard::Initialize(bool withNewSBID) {
+    if (withNewSBID) {
+        sbid_ = support::NewGUIDString();
+    }
+    title_ = kDefaultTitle;
+    identifier_.clear();
+    classification_.clear();
+    short_id_ = -1;
+    properties_ = PersistedPropertyCollection::Create();
+    children_ = ChildElementCollection::Create();
+}
+
+std::string Storyboard::SBID() const { return sbid_; }
+
+void Storyboard::SetSBID(std::string_view NewSBID) { sbid_ = NewSBID; }
+
+std::string Storyboard::Title() const { return title_; }
+
+void Storyboard::SetTitle(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Storyboard.Title (Set)");
+    title_ = NewValue;
+}
+
+std::string Storyboard::Identifier() const { return identifier_; }
+
+void Storyboard::SetIdentifier(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Storyboard.Identifier (Set)");
+    identifier_ = NewValue;
+}
+
+std::string Storyboard::SBType() const { return sb_type_; }
+
+void Storyboard::SetSBType(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Storyboard.SBType (Set)");
+    sb_type_ = NewValue;
+}
+
+std::string Storyboard::Classification() const { return classification_; }
+
+void Storyboard::SetClassification(std::string_view NewValue) {
+    support::RequireUtf8(NewValue, "Storyboard.Classification (Set)");
+    classification_ = NewValue;
+}
+
+std::int32_t Storyboard::ShortID() const { return short_id_; }
+
+void Storyboard::SetShortID(std::int32_t NewValue) { short_id_ = NewValue; }
+
+std::shared_ptr<PersistedPropertyCollection> Storyboard::Properties() const { return properties_; }
+
+std::shared_ptr<ChildElementCollection> Storyboard::Children() const { return children_; }
+
+// Everything but the identifier; the bag and the list become new deep copies.
+void Storyboard::CopyContentFrom(const Storyboard& SB) {
+    std::string title = SB.title_;
+    std::string identifier = SB.identifier_;
+    std::string sbType = SB.sb_type_;
+    std::string classification = SB.classification_;
+    const std::int32_t shortId = SB.short_id_;
+    auto properties = SB.properties_->Clone();
+    auto children = SB.children_->Clone();
+    title_ = std::move(title);
+    identifier_ = std::move(identifier);
+    sb_type_ = std::move(sbType);
+    classification_ = std::move(classification);
+    short_id_ = shortId;
+    properties_ = std::move(properties);
+    children_ = std::move(children);
+}
+
+Variant Storyboard::CopyFrom(const std::shared_ptr<Storyboard>& SB) {
+    if (!SB) {
+        frame::Raise(ErrNullArgument, "Storyboard.CopyFrom", "SB cannot be null");
+    }
+    CopyContentFrom(*SB);
+    return Variant();
+}
+
+std::shared_ptr<Storyboard> Storyboard::Clone() const {
+    auto copy = Create();
+    copy->CopyContentFrom(*this);
+    copy->sbid_ = sbid_;
+    return copy;
+}
+
+std::shared_ptr<Storyboard> Storyboard::Duplicate(std::string_view NewTitlePrefix) const {
+    support::RequireUtf8(NewTitlePrefix, "Storyboard.Duplicate");
+    auto copy = Create();
+    copy->CopyContentFrom(*this);
+    std::string title(NewTitlePrefix);
+    title += copy->title_;
+    copy->title_ = std::move(title);
+    return copy;
+}
+
+xml::Element Storyboard::WriteElement(const xml::Document& Document, bool clear, const char* source) {
+    if (!Document) {
+        frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
+    }
+    xml::Document document = Document;
+    document.SetPreserveWhiteSpace(true);
+    xml::Element element = document.CreateElement("storyboard");
+    element.SetAttribute("sbid", sbid_);
+    element.SetAttribute("title", title_);
+    if (!identifier_.empty()) {
+        element.SetAttribute("identifier", identifier_);
+    }
+    element.SetAttribute("type", sb_type_);
+    if (!classification_.empty()) {
+        element.SetAttribute("classification", classification_);
+    }
+    if (short_id_ != -1) {
+        element.SetAttribute("shortid", support::LongToText(short_id_));
+    }
+    // The names stay on the owned objects after writing.
+    properties_->SetName("properties");
+    children_->SetName("children");
+    if (clear) {
+        element.AppendChild(properties_->ToClearXMLElement(document));
+        element.AppendChild(children_->ToClearXMLElement(document));
+    } else {
+        element.AppendChild(properties_->ToXMLElement(document));
+        element.AppendChild(children_->ToXMLElement(document));
+    }
+    return element;
+}
+
+xml::Element Storyboard::ToClearXMLElement(const xml::Document& Document) {
+    return WriteElement(Document, true, "Storyboard.ToClearXMLElement");
+}
+
+xml::Element Storyboard::ToXMLElement(const xml::Document& Document) {
+    return WriteElement(Document, false, "Storyboard.ToXMLElement");
+}
+
+void Storyboard::FromXMLElement(const xml::Element& Element) {
+    const char* source = "Storyboard.FromXMLElement";
+    if (!Element) {
+        frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
+    }
+    if (Element.Name() != "storyboard") {
+        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("storyboard"));
+    }
+    // The reset makes a new identifier; it is kept only when the element
+    // names none, so it is made only then.
+    std::optional<std::string> sbid = Element.GetAttribute("sbid");
+    Initialize(!sbid.has_value());
+    if (sbid) {
+        sbid_ = std::move(*sbid);
+    }
+    title_ = support::VariantToText(Element.GetAttribute("title"), kDefaultTitle);
+    identifier_ = support::VariantToText(Element.GetAttribute("identifier"), "");
+    sb_type_ = support::VariantToText(Element.GetAttribute("type"), "");
+    classification_ = support::VariantToText(Element.GetAttribute("classification"), "");
+    short_id_ = support::VariantToLong(Element.GetAttribute("shortid"), -1);
+
+    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
+        if (!child.IsElement()) {
+            continue;
+        }
+        const std::string name = child.Name();
+        if (name == "ppc") {
+            properties_->FromXMLElement(child.AsElement());
+        } else if (name == "cec") {
+            children_->FromXMLElement(child.AsElement());
+        }
+    }
+}
+
+namespace detail {
+
+std::shared_ptr<Storyboard> StoryboardAccess::CreateFromElement(const xml::Element& Element) {
+    std::shared_ptr<Storyboard> sb(new Storyboard(Storyboard::Unfilled{}));
+    sb->FromXMLElement(Element);
+    return sb;
+}
+
+}  // namespace detail
+
+}  // namespace quillbank
