@@ -127,29 +127,42 @@ struct Frame {
     Target target;
 };
 
-// The pruned copy: every element child of `source`, at any depth, whose
-// identifier is in `storyboards` (keep) or not in it (!keep) is copied as a
-// new "item" carrying only its "sbid"; the children of a dropped item are
-// visited all the same, with the dropped item's target, so they take its place.
-void CopyItemsPruned(xml::Document& document, const xml::Element& source, const xml::Element& target,
-                     const StoryboardCollection& storyboards, bool keep) {
-    std::vector<Frame<xml::Element>> stack;
+// Building a tree: a new item is placed under its parent only once its own
+// subtree is complete, while the parent is itself still unattached. Placing a
+// node costs the DOM time in proportion to the depth of the parent, so
+// building top-down would cost O(depth) an item (O(n^2) for a deep chain);
+// this way every placement is at depth one and a build costs O(n).
+struct BuildFrame {
+    xml::Node next;        // the source node to go on with
+    xml::Element target;   // where the finished item (and the following items) go
+    xml::Element item;     // the item being filled; null for a dropped item
+};
+
+// Runs a build from the children of `source` into `target`. For each element
+// child, `make(node)` gives the new item (null to drop it) and whether to
+// visit its children; the children of a dropped item that are visited go to
+// the dropped item's target, so they take its place.
+template <class Make>
+void BuildItems(const xml::Element& source, const xml::Element& target, Make&& make) {
+    std::vector<BuildFrame> stack;
     xml::Node node = source.FirstChild();
     xml::Element parent = target;
     for (;;) {
         while (node) {
             if (node.IsElement()) {
-                const std::string sbid = SbidOf(node);
-                xml::Element childTarget = parent;
-                if (storyboards.Contains(sbid) == keep) {
-                    childTarget = NewItem(document, sbid);
-                    parent.AppendChild(childTarget);
+                auto [item, descend] = make(node);
+                if (descend) {
+                    if (xml::Node child = node.FirstChild()) {
+                        stack.push_back({node.NextSibling(), parent, item});
+                        if (item) {
+                            parent = std::move(item);
+                        }
+                        node = std::move(child);
+                        continue;
+                    }
                 }
-                if (xml::Node child = node.FirstChild()) {
-                    stack.push_back({node.NextSibling(), std::move(parent)});
-                    parent = std::move(childTarget);
-                    node = std::move(child);
-                    continue;
+                if (item) {
+                    parent.AppendChild(item);
                 }
             }
             node = node.NextSibling();
@@ -157,10 +170,30 @@ void CopyItemsPruned(xml::Document& document, const xml::Element& source, const 
         if (stack.empty()) {
             return;
         }
-        node = std::move(stack.back().next);
-        parent = std::move(stack.back().target);
+        BuildFrame& frame = stack.back();
+        if (frame.item) {
+            frame.target.AppendChild(frame.item);
+        }
+        node = std::move(frame.next);
+        parent = std::move(frame.target);
         stack.pop_back();
     }
+}
+
+// The pruned copy: every element child of `source`, at any depth, whose
+// identifier is in `storyboards` (keep) or not in it (!keep) is copied as a
+// new "item" carrying only its "sbid"; the children of a dropped item are
+// visited all the same, so the kept ones take its place.
+void CopyItemsPruned(xml::Document& document, const xml::Element& source, const xml::Element& target,
+                     const StoryboardCollection& storyboards, bool keep) {
+    BuildItems(source, target, [&](const xml::Node& node) {
+        const std::string sbid = SbidOf(node);
+        xml::Element item;
+        if (storyboards.Contains(sbid) == keep) {
+            item = NewItem(document, sbid);
+        }
+        return std::pair{std::move(item), true};
+    });
 }
 
 // The re-identified copy: every element child of `source`, at any depth,
@@ -168,33 +201,13 @@ void CopyItemsPruned(xml::Document& document, const xml::Element& source, const 
 // an identifier is dropped with its whole subtree.
 void CopyItemsRemapped(xml::Document& document, const xml::Element& source, const xml::Element& target,
                        const PersistedPropertyCollection& mapping) {
-    std::vector<Frame<xml::Element>> stack;
-    xml::Node node = source.FirstChild();
-    xml::Element parent = target;
-    for (;;) {
-        while (node) {
-            if (node.IsElement()) {
-                const std::string sbid = SbidOf(node);
-                if (!sbid.empty()) {
-                    xml::Element item = NewItem(document, mapping.GetString(sbid, sbid));
-                    parent.AppendChild(item);
-                    if (xml::Node child = node.FirstChild()) {
-                        stack.push_back({node.NextSibling(), std::move(parent)});
-                        parent = std::move(item);
-                        node = std::move(child);
-                        continue;
-                    }
-                }
-            }
-            node = node.NextSibling();
+    BuildItems(source, target, [&](const xml::Node& node) {
+        const std::string sbid = SbidOf(node);
+        if (sbid.empty()) {
+            return std::pair{xml::Element(), false};
         }
-        if (stack.empty()) {
-            return;
-        }
-        node = std::move(stack.back().next);
-        parent = std::move(stack.back().target);
-        stack.pop_back();
-    }
+        return std::pair{NewItem(document, mapping.GetString(sbid, sbid)), true};
+    });
 }
 
 }  // namespace
@@ -228,15 +241,18 @@ void LessonMap::FromTreeNode(const std::shared_ptr<TreeNode>& RootNode) {
     if (!RootNode) {
         return;
     }
-    // The new tree is the storage from the start, also when the walk fails.
+    // The new tree is the storage from the start: when the host's tree fails
+    // during the walk, the map keeps the items whose subtrees were complete.
     Storage storage = NewStorage(NameOf(map_, "LessonMap.FromTreeNode"));
     document_ = std::move(storage.document);
     map_ = std::move(storage.map);
 
-    // Each stacked node's next sibling is asked for once its subtree is done.
+    // Each stacked node's next sibling is asked for once its subtree is done;
+    // its item is placed then too (see BuildFrame).
     struct Pending {
         std::shared_ptr<TreeNode> node;
         xml::Element parent;
+        xml::Element item;
     };
     std::vector<Pending> stack;
     std::shared_ptr<TreeNode> node = RootNode->Child();
@@ -244,20 +260,22 @@ void LessonMap::FromTreeNode(const std::shared_ptr<TreeNode>& RootNode) {
     for (;;) {
         while (node) {
             xml::Element item = NewItem(document_, node->Key());
-            parent.AppendChild(item);
             if (std::shared_ptr<TreeNode> child = node->Child()) {
-                stack.push_back({std::move(node), std::move(parent)});
+                stack.push_back({std::move(node), parent, item});
                 parent = std::move(item);
                 node = std::move(child);
                 continue;
             }
+            parent.AppendChild(item);
             node = node->Next();
         }
         if (stack.empty()) {
             return;
         }
-        node = stack.back().node->Next();
-        parent = std::move(stack.back().parent);
+        Pending& pending = stack.back();
+        pending.parent.AppendChild(pending.item);
+        node = pending.node->Next();
+        parent = std::move(pending.parent);
         stack.pop_back();
     }
 }
