@@ -1,0 +1,31 @@
+#pragma once
+
+// The conformance pass run over XML text before it is parsed. The parser is
+// more lenient than the document model must be, so this pass refuses, in one
+// walk over the text, what a conforming XML 1.0 reader refuses and the parser
+// would let through.
+
+#include <string_view>
+
+namespace quillbank::xml {
+
+struct PrescanResult {
+    // False when the text must not load.
+    bool accepted = false;
+    // True when the text names the xml:space attribute anywhere, so that
+    // whitespace-only text must be kept while parsing and filtered afterwards.
+    bool mentionsXmlSpace = false;
+};
+
+// Refuses: text that is not UTF-8; characters XML 1.0 does not allow
+// (control characters other than TAB, LF and CR, U+FFFE, U+FFFF); any
+// reference in content or an attribute value other than &amp; &lt; &gt;
+// &quot; &apos; and character references naming an allowed character (so an
+// entity a document type declaration defines is never expanded: the text
+// fails); an attribute given twice on one element; '<' inside an attribute value; "]]>" in content; "--" inside a
+// comment; an XML declaration anywhere but at the very start; text or a
+// reference outside the root element; more than one root element.
+// A document type declaration, internal subset included, is stepped over.
+PrescanResult PrescanXml(std::string_view text);
+
+}  // namespace quillbank::xml

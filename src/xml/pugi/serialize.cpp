@@ -1,0 +1,161 @@
+#include "xml/pugi/serialize.hpp"
+
+#include <cstring>
+#include <string_view>
+
+#include "xml/escape.hpp"
+#include "xml/pugi/document_impl.hpp"
+#include "xml/pugi/walk.hpp"
+
+namespace quillbank::xml::detail {
+
+namespace {
+
+std::string_view ValueOf(pugi::xml_node node) { return node.value(); }
+
+void AppendCData(std::string& out, std::string_view value) {
+    // "]]>" cannot stand inside one section: it is split over two, so the
+    // text reads back unchanged.
+    out += "<![CDATA[";
+    std::size_t start = 0;
+    for (std::size_t at = value.find("]]>"); at != std::string_view::npos; at = value.find("]]>", at + 1)) {
+        out.append(value.substr(start, at + 2 - start));
+        out += "]]><![CDATA[";
+        start = at + 2;
+    }
+    out.append(value.substr(start));
+    out += "]]>";
+}
+
+void AppendAttributes(std::string& out, pugi::xml_node node) {
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+        out.push_back(' ');
+        out += attribute.name();
+        out += "=\"";
+        AppendEscapedAttribute(out, attribute.value());
+        out.push_back('"');
+    }
+}
+
+// Writes the part of `node` before its children; returns whether children follow.
+bool Enter(std::string& out, pugi::xml_node node) {
+    switch (node.type()) {
+        case pugi::node_element:
+            out.push_back('<');
+            out += node.name();
+            AppendAttributes(out, node);
+            if (node.first_child()) {
+                out.push_back('>');
+                return true;
+            }
+            out += "/>";
+            return false;
+        case pugi::node_pcdata:
+            AppendEscapedText(out, ValueOf(node));
+            return false;
+        case pugi::node_cdata:
+            AppendCData(out, ValueOf(node));
+            return false;
+        case pugi::node_comment:
+            out += "<!--";
+            out += node.value();
+            out += "-->";
+            return false;
+        case pugi::node_pi:
+            out += "<?";
+            out += node.name();
+            if (*node.value() != '\0') {
+                out.push_back(' ');
+                out += node.value();
+            }
+            out += "?>";
+            return false;
+        case pugi::node_declaration:
+            out += "<?xml";
+            AppendAttributes(out, node);
+            out += "?>";
+            return false;
+        default:
+            return false;
+    }
+}
+
+void Leave(std::string& out, pugi::xml_node node) {
+    if (node.type() == pugi::node_element && node.first_child()) {
+        out += "</";
+        out += node.name();
+        out.push_back('>');
+    }
+}
+
+// A generous guess at the written size, so that the text is built in one buffer.
+std::size_t EstimateSize(pugi::xml_node node) {
+    std::size_t size = 0;
+    WalkSubtree(
+        node,
+        [&](pugi::xml_node n) {
+            size += 2 * std::strlen(n.name()) + std::strlen(n.value()) + 8;
+            for (pugi::xml_attribute a = n.first_attribute(); a; a = a.next_attribute()) {
+                size += std::strlen(a.name()) + std::strlen(a.value()) + 4;
+            }
+            return true;
+        },
+        [](pugi::xml_node) {});
+    return size + size / 8;
+}
+
+void AppendSubtree(std::string& out, pugi::xml_node node) {
+    WalkSubtree(
+        node, [&](pugi::xml_node n) { return Enter(out, n); }, [&](pugi::xml_node n) { Leave(out, n); });
+}
+
+}  // namespace
+
+std::string NodeXml(pugi::xml_node node) {
+    std::string out;
+    if (node.type() == pugi::node_document) {
+        std::size_t estimate = 0;
+        for (pugi::xml_node child = VisibleFirstChild(node); child; child = child.next_sibling()) {
+            estimate += EstimateSize(child) + 2;
+        }
+        out.reserve(estimate);
+        for (pugi::xml_node child = VisibleFirstChild(node); child; child = child.next_sibling()) {
+            AppendSubtree(out, child);
+            out += "\r\n";
+        }
+        return out;
+    }
+    out.reserve(EstimateSize(node));
+    AppendSubtree(out, node);
+    return out;
+}
+
+std::string NodeText(pugi::xml_node node) {
+    switch (node.type()) {
+        case pugi::node_pcdata:
+        case pugi::node_cdata:
+        case pugi::node_comment:
+        case pugi::node_pi:
+            return node.value();
+        default:
+            break;
+    }
+    std::string out;
+    const auto collect = [&](pugi::xml_node n) {
+        const pugi::xml_node_type type = n.type();
+        if (type == pugi::node_pcdata || type == pugi::node_cdata) {
+            out += n.value();
+        }
+        return type == pugi::node_element;
+    };
+    if (node.type() == pugi::node_document) {
+        for (pugi::xml_node child = VisibleFirstChild(node); child; child = child.next_sibling()) {
+            WalkSubtree(child, collect, [](pugi::xml_node) {});
+        }
+    } else {
+        WalkSubtree(node, collect, [](pugi::xml_node) {});
+    }
+    return out;
+}
+
+}  // namespace quillbank::xml::detail

@@ -1,0 +1,124 @@
+#include "xml/text_checks.hpp"
+
+#include "xml/dom_error.hpp"
+
+namespace quillbank::xml {
+
+namespace {
+
+constexpr const char* kDomSource = kDomErrorSource;
+
+bool InRange(char32_t c, char32_t low, char32_t high) { return c >= low && c <= high; }
+
+bool IsNameStartChar(char32_t c) {
+    if (c < 0x80) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == ':';
+    }
+    return InRange(c, 0xC0, 0xD6) || InRange(c, 0xD8, 0xF6) || InRange(c, 0xF8, 0x2FF) ||
+           InRange(c, 0x370, 0x37D) || InRange(c, 0x37F, 0x1FFF) || InRange(c, 0x200C, 0x200D) ||
+           InRange(c, 0x2070, 0x218F) || InRange(c, 0x2C00, 0x2FEF) || InRange(c, 0x3001, 0xD7FF) ||
+           InRange(c, 0xF900, 0xFDCF) || InRange(c, 0xFDF0, 0xFFFD) || InRange(c, 0x10000, 0xEFFFF);
+}
+
+bool IsNameChar(char32_t c) {
+    return IsNameStartChar(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == 0xB7 ||
+           InRange(c, 0x300, 0x36F) || InRange(c, 0x203F, 0x2040);
+}
+
+}  // namespace
+
+bool DecodeUtf8(std::string_view text, std::size_t& pos, char32_t& codePoint) {
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byteAt(pos);
+    if (lead < 0x80) {
+        codePoint = lead;
+        ++pos;
+        return true;
+    }
+    std::size_t length = 0;
+    char32_t value = 0;
+    char32_t minimum = 0;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+        value = lead & 0x1Fu;
+        minimum = 0x80;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        value = lead & 0x0Fu;
+        minimum = 0x800;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        value = lead & 0x07u;
+        minimum = 0x10000;
+    } else {
+        return false;
+    }
+    if (text.size() - pos < length) {
+        return false;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        const unsigned char next = byteAt(pos + i);
+        if ((next & 0xC0u) != 0x80u) {
+            return false;
+        }
+        value = (value << 6) | (next & 0x3Fu);
+    }
+    if (value < minimum || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) {
+        return false;
+    }
+    codePoint = value;
+    pos += length;
+    return true;
+}
+
+bool IsValidUtf8(std::string_view text) {
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        // Runs of ASCII need no decoding.
+        if (static_cast<unsigned char>(text[pos]) < 0x80) {
+            ++pos;
+            continue;
+        }
+        char32_t c = 0;
+        if (!DecodeUtf8(text, pos, c)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsXmlChar(char32_t c) {
+    if (c < 0x20) {
+        return c == 0x9 || c == 0xA || c == 0xD;
+    }
+    return c <= 0xD7FF || InRange(c, 0xE000, 0xFFFD) || InRange(c, 0x10000, 0x10FFFF);
+}
+
+bool IsXmlWhitespace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+bool IsXmlName(std::string_view name) {
+    std::size_t pos = 0;
+    bool first = true;
+    while (pos < name.size()) {
+        char32_t c = 0;
+        if (!DecodeUtf8(name, pos, c)) {
+            return false;
+        }
+        if (first ? !IsNameStartChar(c) : !IsNameChar(c)) {
+            return false;
+        }
+        first = false;
+    }
+    return !first;
+}
+
+void RequireDocumentText(std::string_view text) {
+    if (!IsValidUtf8(text)) {
+        throw Error(ErrInvalidArgument, kDomSource, "The text is not valid UTF-8.");
+    }
+    if (text.find('\0') != std::string_view::npos) {
+        throw Error(ErrInvalidArgument, kDomSource, "The text holds a NUL character, which XML cannot hold.");
+    }
+}
+
+}  // namespace quillbank::xml
