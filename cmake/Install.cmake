@@ -18,6 +18,10 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/QuillbankConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/QuillbankConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Quillbank)
 
+# The pkg-config file finds its prefix relative to its own folder, so the
+# installed tree can be moved (or installed with --prefix).
+file(RELATIVE_PATH QUILLBANK_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" QUILLBANK_PC_TO_PREFIX "${QUILLBANK_PC_TO_PREFIX}")
 configure_file(cmake/quillbank.pc.in ${CMAKE_CURRENT_BINARY_DIR}/quillbank.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quillbank.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <unordered_set>
+#include <vector>
 
 #include "xml/text_checks.hpp"
 
@@ -9,24 +11,28 @@ namespace quillbank::xml {
 
 namespace {
 
-// Byte classes for the inner loops: plain bytes need no attention.
-enum ByteClass : std::uint8_t {
-    kPlain = 0,
-    kSpecial = 1,  // a byte a scanning loop must look at
-};
+// Byte tables for the inner loops, one for each place in the text: a byte
+// marked true needs a closer look there; the others are skipped in bulk.
+using ByteTable = std::array<bool, 256>;
 
-constexpr std::array<std::uint8_t, 256> MakeClassTable() {
-    std::array<std::uint8_t, 256> table{};
-    for (int b = 0; b < 256; ++b) {
-        const bool control = b < 0x20;
-        const bool special = control || b >= 0x80 || b == '<' || b == '>' || b == '&' || b == ']' ||
-                             b == '"' || b == '\'' || b == '-' || b == '?' || b == '[' || b == '/';
-        table[static_cast<std::size_t>(b)] = special ? kSpecial : kPlain;
+constexpr ByteTable MakeTable(std::string_view specials) {
+    ByteTable table{};
+    for (std::size_t b = 0; b < 0x20; ++b) {
+        table[b] = true;
+    }
+    for (std::size_t b = 0x80; b < 256; ++b) {
+        table[b] = true;
+    }
+    for (char c : specials) {
+        table[static_cast<unsigned char>(c)] = true;
     }
     return table;
 }
 
-constexpr auto kClass = MakeClassTable();
+constexpr ByteTable kContentBytes = MakeTable("<&]");
+constexpr ByteTable kTagBytes = MakeTable("<>&/\"'");
+constexpr ByteTable kQuotedBytes = MakeTable("<&\"'");
+constexpr ByteTable kEndTagBytes = MakeTable("<>&\"'");
 
 bool StartsWith(std::string_view text, std::size_t pos, std::string_view prefix) {
     return text.size() - pos >= prefix.size() && text.compare(pos, prefix.size(), prefix) == 0;
@@ -73,16 +79,20 @@ private:
         return DecodeUtf8(t_, p_, c) && IsXmlChar(c);
     }
 
-    void SkipPlain() {
-        while (p_ < t_.size() && kClass[static_cast<unsigned char>(t_[p_])] == kPlain) {
-            ++p_;
+    void SkipPlain(const ByteTable& table) {
+        const std::size_t size = t_.size();
+        const char* data = t_.data();
+        std::size_t p = p_;
+        while (p < size && !table[static_cast<unsigned char>(data[p])]) {
+            ++p;
         }
+        p_ = p;
     }
 
     // Character data between tags, up to the next '<'.
     bool Content() {
         while (p_ < t_.size()) {
-            SkipPlain();
+            SkipPlain(kContentBytes);
             if (p_ >= t_.size()) {
                 return true;
             }
@@ -138,16 +148,38 @@ private:
             p_ = q + 1;
             return true;
         }
-        for (std::string_view name : {"amp;", "lt;", "gt;", "quot;", "apos;"}) {
-            if (StartsWith(t_, q, name)) {
-                p_ = q + name.size();
-                return true;
-            }
+        std::string_view name;
+        switch (q < t_.size() ? t_[q] : '\0') {
+            case 'a': name = t_.size() - q > 2 && t_[q + 1] == 'm' ? "amp;" : "apos;"; break;
+            case 'l': name = "lt;"; break;
+            case 'g': name = "gt;"; break;
+            case 'q': name = "quot;"; break;
+            default: return false;
         }
-        return false;
+        if (!StartsWith(t_, q, name)) {
+            return false;
+        }
+        p_ = q + name.size();
+        return true;
     }
 
     bool Markup() {
+        const char second = p_ + 1 < t_.size() ? t_[p_ + 1] : '\0';
+        if (second != '!' && second != '?' && second != '/') {
+            if (depth_ == 0 && ++roots_ > 1) {
+                return false;
+            }
+            ++p_;
+            return StartTag();
+        }
+        if (second == '/') {
+            if (depth_ == 0) {
+                return false;
+            }
+            --depth_;
+            p_ += 2;
+            return EndTag();
+        }
         if (StartsWith(t_, p_, "<!--")) {
             p_ += 4;
             return Comment();
@@ -167,22 +199,10 @@ private:
             p_ += 9;
             return Doctype();
         }
-        if (StartsWith(t_, p_, "<?")) {
+        if (second == '?') {
             return ProcessingInstruction();
         }
-        if (StartsWith(t_, p_, "</")) {
-            if (depth_ == 0) {
-                return false;
-            }
-            --depth_;
-            p_ += 2;
-            return EndTag();
-        }
-        if (depth_ == 0 && ++roots_ > 1) {
-            return false;
-        }
-        ++p_;
-        return StartTag();
+        return false;  // "<!" begins nothing else in a document
     }
 
     bool Comment() {
@@ -289,8 +309,10 @@ private:
     }
 
     bool StartTag() {
+        const std::size_t tagStart = p_;
+        names_.clear();
         while (p_ < t_.size()) {
-            SkipPlain();
+            SkipPlain(kTagBytes);
             if (p_ >= t_.size()) {
                 return false;
             }
@@ -305,6 +327,9 @@ private:
                 return true;
             }
             if (c == '"' || c == '\'') {
+                if (!NewAttributeName(tagStart)) {
+                    return false;
+                }
                 ++p_;
                 if (!AttributeValue(c)) {
                     return false;
@@ -318,9 +343,46 @@ private:
         return false;
     }
 
+    // At the quote opening an attribute value: takes the attribute's name
+    // (before the '=') and refuses it when the element already has it.
+    bool NewAttributeName(std::size_t tagStart) {
+        std::size_t end = p_;
+        while (end > tagStart && IsXmlWhitespace(t_[end - 1])) {
+            --end;
+        }
+        if (end == tagStart || t_[end - 1] != '=') {
+            return false;
+        }
+        --end;
+        while (end > tagStart && IsXmlWhitespace(t_[end - 1])) {
+            --end;
+        }
+        std::size_t begin = end;
+        while (begin > tagStart && !IsXmlWhitespace(t_[begin - 1]) && t_[begin - 1] != '"' && t_[begin - 1] != '\'') {
+            --begin;
+        }
+        const std::string_view name = t_.substr(begin, end - begin);
+        if (names_.size() < kPairwiseNameLimit) {
+            for (std::string_view seen : names_) {
+                if (seen == name) {
+                    return false;
+                }
+            }
+            names_.push_back(name);
+            return true;
+        }
+        // Many attributes: a set keeps the check linear.
+        if (nameSet_.empty() || nameSetTag_ != tagStart) {
+            nameSet_.clear();
+            nameSet_.insert(names_.begin(), names_.end());
+            nameSetTag_ = tagStart;
+        }
+        return nameSet_.insert(name).second;
+    }
+
     bool AttributeValue(char quote) {
         while (p_ < t_.size()) {
-            SkipPlain();
+            SkipPlain(kQuotedBytes);
             if (p_ >= t_.size()) {
                 return false;
             }
@@ -345,6 +407,10 @@ private:
 
     bool EndTag() {
         while (p_ < t_.size()) {
+            SkipPlain(kEndTagBytes);
+            if (p_ >= t_.size()) {
+                return false;
+            }
             const char c = t_[p_];
             if (c == '>') {
                 ++p_;
@@ -357,8 +423,14 @@ private:
         return false;
     }
 
+    static constexpr std::size_t kPairwiseNameLimit = 16;
+
     std::string_view t_;
     std::size_t p_ = 0;
+    // The attribute names of the start tag being scanned.
+    std::vector<std::string_view> names_;
+    std::unordered_set<std::string_view> nameSet_;
+    std::size_t nameSetTag_ = 0;
     std::size_t depth_ = 0;
     int roots_ = 0;
     bool sawDoctype_ = false;

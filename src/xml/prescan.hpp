@@ -22,7 +22,7 @@ struct PrescanResult {
 // reference in content or an attribute value other than &amp; &lt; &gt;
 // &quot; &apos; and character references naming an allowed character (so an
 // entity a document type declaration defines is never expanded: the text
-// fails); '<' inside an attribute value; "]]>" in content; "--" inside a
+// fails); an attribute given twice on one element; '<' inside an attribute value; "]]>" in content; "--" inside a
 // comment; an XML declaration anywhere but at the very start; text or a
 // reference outside the root element; more than one root element.
 // A document type declaration, internal subset included, is stepped over.

@@ -10,7 +10,7 @@ namespace quillbank::xml::detail {
 
 // Parses `text` into the empty `document`. Returns false, leaving whatever the
 // parser produced, when the text is not conforming XML (see PrescanXml), does
-// not parse, or gives an element the same attribute twice.
+// not parse.
 // When `preserveWhiteSpace` is false, whitespace-only text is dropped except
 // inside an element with xml:space="preserve" (the nearest xml:space decides).
 // Line ends in text become LF; raw TAB, CR and LF in attribute values become
