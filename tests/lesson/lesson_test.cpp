@@ -398,3 +398,49 @@ TEST(LessonFailures, FromXMLStringTextDoesNotParse) {
 
 }  // namespace
 }  // namespace quillbank
+
+namespace quillbank {
+namespace {
+
+std::string Nest(const std::string& open, const std::string& close, int depth, const std::string& inner = "") {
+    std::string text;
+    text.reserve(static_cast<std::size_t>(depth) * (open.size() + close.size()) + inner.size());
+    for (int i = 0; i < depth; ++i) text += open;
+    text += inner;
+    for (int i = 0; i < depth; ++i) text += close;
+    return text;
+}
+
+TEST(LessonBadInput, DeeplyNestedUnknownElementsAreSkipped) {
+    auto lesson = Lesson::Create();
+    lesson->FromXMLString("<lesson title=\"deep\">" + Nest("<x>", "</x>", 20000, "<storyboards/>") +
+                          "<storyboards>" + Nest("<y>", "</y>", 20000) +
+                          "<storyboard sbid=\"A\">" + Nest("<z>", "</z>", 20000) + "</storyboard></storyboards></lesson>");
+    EXPECT_EQ(lesson->Title(), "deep");
+    EXPECT_EQ(StoryboardIds(*lesson), (Names{"A"}));
+}
+
+TEST(LessonBadInput, DeeplyNestedMapItemsAreReadAndWritten) {
+    auto lesson = Lesson::Create();
+    lesson->FromXMLString("<lesson><maps><map name=\"M\">" + Nest("<item sbid=\"A\">", "</item>", 5000) +
+                          "</map></maps><storyboards><storyboard sbid=\"A\"/></storyboards></lesson>");
+    ASSERT_EQ(lesson->Maps()->Count(), 1);
+    EXPECT_EQ(MapItemIds(*lesson->Maps()->ItemAt(0)).size(), 5000u);
+    auto dup = lesson->Duplicate();
+    const auto ids = MapItemIds(*dup->Maps()->ItemAt(0));
+    ASSERT_EQ(ids.size(), 5000u);
+    EXPECT_EQ(ids.back(), dup->Storyboards()->begin()->get()->SBID());
+    EXPECT_NE(lesson->ToXMLString().find("<item sbid=\"A\"><item sbid=\"A\">"), std::string::npos);
+}
+
+TEST(LessonBadInput, WrongNamesAtEveryLevelAreSkippedOrRefused) {
+    auto lesson = Lesson::Create();
+    lesson->FromXMLString("<lesson><PPC/><Maps/><Storyboards/><storyboards><Storyboard sbid=\"X\"/>"
+                          "<storyboard sbid=\"A\"><PPC/><CEC/></storyboard></storyboards></lesson>");
+    EXPECT_EQ(StoryboardIds(*lesson), (Names{"A"}));
+    EXPECT_RAISES(lesson->FromXMLString("<LESSON/>"), ErrXmlForm, "Lesson.FromXMLElement",
+                  "Element is not a <lesson> element");
+}
+
+}  // namespace
+}  // namespace quillbank
