@@ -7,6 +7,7 @@
 #include <quillbank/enums.hpp>
 #include <quillbank/error.hpp>
 #include <quillbank/functions.hpp>
+#include <quillbank/lesson.hpp>
 #include <quillbank/lesson_map.hpp>
 #include <quillbank/lesson_map_collection.hpp>
 #include <quillbank/memory_tree.hpp>

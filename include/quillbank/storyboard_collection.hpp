@@ -85,7 +85,7 @@ public:
 private:
     StoryboardCollection();
     xml::Element WriteElement(const xml::Document& Document, bool clear);
-    void Append(const std::string& key, const std::shared_ptr<Storyboard>& SB);
+    void Append(std::string key, const std::shared_ptr<Storyboard>& SB);
     bool EraseKey(const std::string& key);
 
     Storage entries_;

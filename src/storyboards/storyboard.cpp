@@ -177,10 +177,11 @@ void Storyboard::FromXMLElement(const xml::Element& Element) {
     if (sbid) {
         sbid_ = std::move(*sbid);
     }
-    title_ = support::VariantToText(Element.GetAttribute("title"), kDefaultTitle);
-    identifier_ = support::VariantToText(Element.GetAttribute("identifier"), "");
-    sb_type_ = support::VariantToText(Element.GetAttribute("type"), "");
-    classification_ = support::VariantToText(Element.GetAttribute("classification"), "");
+    // A text attribute is its own text; an absent one gives the default.
+    title_ = Element.GetAttribute("title").value_or(kDefaultTitle);
+    identifier_ = Element.GetAttribute("identifier").value_or(std::string());
+    sb_type_ = Element.GetAttribute("type").value_or(std::string());
+    classification_ = Element.GetAttribute("classification").value_or(std::string());
     short_id_ = support::VariantToLong(Element.GetAttribute("shortid"), -1);
 
     for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {

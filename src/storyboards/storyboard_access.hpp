@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include <quillbank/storyboard.hpp>
@@ -14,6 +15,8 @@ namespace quillbank::detail {
 
 struct StoryboardAccess {
     static void SetSBID(Storyboard& sb, std::string_view NewSBID) { sb.SetSBID(NewSBID); }
+    // The identifier without a copy.
+    static const std::string& SBIDRef(const Storyboard& sb) { return sb.sbid_; }
     static std::int32_t ShortID(const Storyboard& sb) { return sb.ShortID(); }
     static void SetShortID(Storyboard& sb, std::int32_t NewValue) { sb.SetShortID(NewValue); }
     // A new storyboard read from a "storyboard" element: the same as Create()

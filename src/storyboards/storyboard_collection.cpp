@@ -46,9 +46,9 @@ void StoryboardCollection::SetCurrentSBID(std::string_view NewValue) {
     current_ = NewValue.empty() ? nullptr : Item(NewValue);
 }
 
-void StoryboardCollection::Append(const std::string& key, const std::shared_ptr<Storyboard>& SB) {
+void StoryboardCollection::Append(std::string key, const std::shared_ptr<Storyboard>& SB) {
     auto position = entries_.insert(entries_.end(), SB);
-    index_.emplace(key, position);
+    index_.emplace(std::move(key), position);
 }
 
 bool StoryboardCollection::EraseKey(const std::string& key) {
@@ -65,12 +65,21 @@ std::shared_ptr<Storyboard> StoryboardCollection::Add(const std::shared_ptr<Stor
     if (!SB) {
         return nullptr;
     }
-    const std::string sbid = SB->SBID();
+    const std::string& sbid = detail::StoryboardAccess::SBIDRef(*SB);
     std::string key = KeyOf(sbid);
-    if (index_.contains(key)) {
-        Remove(sbid);
+    auto found = index_.find(key);
+    if (found != index_.end()) {
+        // The existing entry goes as Remove takes it (the current storyboard
+        // is dropped when its identifier is exactly this one), and the new
+        // one is appended under the same key.
+        if (current_ && current_->SBID() == sbid) {
+            current_ = nullptr;
+        }
+        entries_.erase(found->second);
+        found->second = entries_.insert(entries_.end(), SB);
+        return SB;
     }
-    Append(key, SB);
+    index_.emplace(std::move(key), entries_.insert(entries_.end(), SB));
     return SB;
 }
 
@@ -104,7 +113,7 @@ void StoryboardCollection::RemoveCollection(const std::shared_ptr<StoryboardColl
         return;
     }
     for (const auto& sb : Snapshot(*Storyboards)) {
-        EraseKey(KeyOf(sb->SBID()));
+        EraseKey(KeyOf(detail::StoryboardAccess::SBIDRef(*sb)));
     }
 }
 
@@ -114,12 +123,12 @@ void StoryboardCollection::AddCollection(const std::shared_ptr<StoryboardCollect
         return;
     }
     for (const auto& sb : Snapshot(*Storyboards)) {
-        std::string key = KeyOf(sb->SBID());
+        std::string key = KeyOf(detail::StoryboardAccess::SBIDRef(*sb));
         if (OverwriteExisting) {
             EraseKey(key);
         }
         if (!index_.contains(key)) {
-            Append(key, sb);
+            Append(std::move(key), sb);
         }
     }
 }
@@ -175,6 +184,7 @@ void StoryboardCollection::FromXMLElement(const xml::Element& Element) {
     if (nodeCount - 1 > kLastVisitablePosition) {
         frame::Raise(ErrOverflow, source, frame::kOverflow);
     }
+    index_.reserve(static_cast<std::size_t>(nodeCount));
     for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsElement() && child.Name() == "storyboard") {
             Add(detail::StoryboardAccess::CreateFromElement(child.AsElement()));

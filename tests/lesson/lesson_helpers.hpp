@@ -1,0 +1,55 @@
+#pragma once
+
+// Helpers shared by the lesson tests: texts with the per-write document
+// identifier blanked out, and the identifiers a map refers to.
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include <quillbank/lesson.hpp>
+
+namespace quillbank::testing {
+
+// The text with the value of "documentid" replaced by "*".
+inline std::string WithoutDocumentId(const std::string& text) {
+    static const std::regex documentId("documentid=\"[^\"]*\"");
+    return std::regex_replace(text, documentId, "documentid=\"*\"", std::regex_constants::format_first_only);
+}
+
+inline bool IsGuidText(const std::string& text) {
+    static const std::regex guid("^[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}$");
+    return std::regex_match(text, guid);
+}
+
+// Every item's "sbid" in document order.
+inline std::vector<std::string> MapItemIds(const LessonMap& map) {
+    std::vector<std::string> ids;
+    std::vector<xml::Node> pending;
+    xml::Element root = map.ToXMLElement();
+    for (xml::Node child = root.LastChild(); child; child = child.PreviousSibling()) {
+        pending.push_back(child);
+    }
+    while (!pending.empty()) {
+        xml::Node node = pending.back();
+        pending.pop_back();
+        if (!node.IsElement() || node.Name() != "item") {
+            continue;
+        }
+        ids.push_back(node.AsElement().GetAttribute("sbid").value_or(""));
+        for (xml::Node child = node.LastChild(); child; child = child.PreviousSibling()) {
+            pending.push_back(child);
+        }
+    }
+    return ids;
+}
+
+inline std::vector<std::string> StoryboardIds(const Lesson& lesson) {
+    std::vector<std::string> ids;
+    for (auto& sb : *lesson.Storyboards()) {
+        ids.push_back(sb->SBID());
+    }
+    return ids;
+}
+
+}  // namespace quillbank::testing
