@@ -65,10 +65,11 @@ int RunCheck(const CheckOptions& options) {
     Findings findings;
     // The reader's own view of the file: the same text, cleaned as it cleans it.
     auto document = xml::Document::Create();
+    std::set<std::string> fileSbids;
     if (document.LoadXML(Functions::CleanXMLString(input.decoded.text))) {
-        CheckDocument(document, findings);
+        fileSbids = CheckDocument(document, findings);
     }
-    CheckLesson(*lesson, findings);
+    CheckLesson(*lesson, fileSbids, findings);
 
     std::ostringstream out;
     int errors = 0;

@@ -89,6 +89,7 @@ public:
     explicit DocumentChecker(Findings& findings) : findings_(findings) {}
 
     void Lesson(const xml::Element& lesson);
+    const std::set<std::string>& Sbids() const { return sbids_; }
 
 private:
     // The property elements directly inside a "ppc" or "ce" element.
@@ -99,6 +100,7 @@ private:
     void Storyboards(const xml::Element& storyboards);
 
     Findings& findings_;
+    std::set<std::string> sbids_;
 };
 
 void DocumentChecker::Lesson(const xml::Element& lesson) {
@@ -213,7 +215,8 @@ void DocumentChecker::Maps(const xml::Element& maps) {
 }
 
 void DocumentChecker::Storyboards(const xml::Element& storyboards) {
-    std::set<std::string> seen;
+    std::set<std::string>& seen = sbids_;
+    seen.clear();
     std::int32_t position = 0;
     ForEachElement(storyboards, [&](const xml::Element& storyboard) {
         if (storyboard.Name() != "storyboard") {
@@ -247,10 +250,12 @@ void DocumentChecker::Storyboards(const xml::Element& storyboards) {
 
 }  // namespace
 
-void CheckDocument(const xml::Document& document, Findings& findings) {
+std::set<std::string> CheckDocument(const xml::Document& document, Findings& findings) {
+    DocumentChecker checker(findings);
     if (xml::Element lesson = document.DocumentElement()) {
-        DocumentChecker(findings).Lesson(lesson);
+        checker.Lesson(lesson);
     }
+    return checker.Sbids();
 }
 
 }  // namespace quillbank::tool

@@ -3,6 +3,7 @@
 // The findings of `quillbank check`: a catalogue of stable codes (documented
 // in docs/check.md) and the list a check run fills.
 
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,10 +46,13 @@ private:
 // lesson element's attributes and parts, storyboards without or with the
 // same identifier, the maps' "default", properties the reader drops and
 // property names that stand twice in one bag.
-void CheckDocument(const xml::Document& document, Findings& findings);
+// Returns the storyboard identifiers the file holds, lower-cased.
+std::set<std::string> CheckDocument(const xml::Document& document, Findings& findings);
 
 // What the lesson as read shows: maps and their items, storyboards in no
-// map, titles, locations and assets.
-void CheckLesson(const Lesson& lesson, Findings& findings);
+// map, titles, locations and assets. A storyboard whose identifier is not
+// among `fileSbids` got it from the reader (S04 reports it) and is left out
+// of the storyboard findings.
+void CheckLesson(const Lesson& lesson, const std::set<std::string>& fileSbids, Findings& findings);
 
 }  // namespace quillbank::tool

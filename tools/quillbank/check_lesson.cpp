@@ -1,5 +1,7 @@
 // The part of `check` that looks at the lesson as the library reads it.
 
+#include <algorithm>
+#include <cctype>
 #include <map>
 #include <set>
 #include <string>
@@ -15,6 +17,12 @@
 namespace quillbank::tool {
 
 namespace {
+
+std::string Lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
 
 void CheckMaps(const Lesson& lesson, Findings& findings) {
     auto maps = lesson.Maps();
@@ -55,17 +63,21 @@ void CheckMaps(const Lesson& lesson, Findings& findings) {
     }
 }
 
-void CheckStoryboards(const Lesson& lesson, Findings& findings) {
+void CheckStoryboards(const Lesson& lesson, const std::set<std::string>& fileSbids, Findings& findings) {
     auto maps = lesson.Maps();
     auto storyboards = lesson.Storyboards();
     if (storyboards->Count() > 0 && maps->Count() == 0) {
-        findings.Add("M09", "maps", "the lesson has " + std::to_string(storyboards->Count()) +
-                                        " storyboards but no map to reach them");
+        findings.Add("M09", "maps",
+                     "the lesson has " + std::to_string(storyboards->Count()) +
+                         (storyboards->Count() == 1 ? " storyboard" : " storyboards") + " but no map to reach them");
     }
     std::map<std::string, std::string> identifiers;  // host identifier -> first storyboard
     for (const auto& storyboard : *storyboards) {
         const std::string sbid = storyboard->SBID();
         const std::string place = StoryboardPlace(sbid);
+        if (fileSbids.count(Lower(sbid)) == 0) {
+            continue;
+        }
         if (storyboard->Title().empty()) {
             findings.Add("S03", place, "the storyboard's title is empty");
         }
@@ -112,7 +124,7 @@ void CheckProperties(const Lesson& lesson, Findings& findings) {
                                              " names the storyboard " + *point + ", which the lesson lacks");
                         }
                     }
-                    if (!location.MapName.empty() && maps->IndexOfName(location.MapName) < 0) {
+                    if (!location.MapName.empty() && !FindMap(lesson, location.MapName)) {
                         findings.Add("P02", visit.path,
                                      "the location names the map " + Quoted(location.MapName) + ", which the lesson lacks");
                     }
@@ -123,12 +135,12 @@ void CheckProperties(const Lesson& lesson, Findings& findings) {
 
 }  // namespace
 
-void CheckLesson(const Lesson& lesson, Findings& findings) {
+void CheckLesson(const Lesson& lesson, const std::set<std::string>& fileSbids, Findings& findings) {
     if (lesson.Title().empty()) {
         findings.Add("L01", "lesson", "the lesson's title is empty");
     }
     CheckMaps(lesson, findings);
-    CheckStoryboards(lesson, findings);
+    CheckStoryboards(lesson, fileSbids, findings);
     CheckProperties(lesson, findings);
 }
 

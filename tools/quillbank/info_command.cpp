@@ -33,7 +33,7 @@ std::string Info(const InputFile& input, const Lesson& lesson) {
 
     std::ostringstream out;
     out << "lesson id:       " << lesson.LessonID() << '\n'
-        << "title:           " << lesson.Title() << '\n'
+        << "title:           " << (lesson.Title().empty() ? "(empty)" : lesson.Title()) << '\n'
         << "identifier:      " << OrNone(lesson.Identifier()) << '\n'
         << "classification:  " << OrNone(lesson.Classification()) << '\n'
         << "encoding:        " << EncodingName(input.decoded.encoding) << '\n'

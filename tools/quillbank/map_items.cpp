@@ -53,6 +53,17 @@ std::string MapLabel(const LessonMap& map) {
     return name ? Quoted(*name) : std::string("(no name)");
 }
 
+std::shared_ptr<LessonMap> FindMap(const Lesson& lesson, const std::string& name) {
+    auto maps = lesson.Maps();
+    for (std::int32_t i = 0; i < maps->Count(); ++i) {
+        auto map = maps->ItemAt(i);
+        if (MapName(*map) == name) {
+            return map;
+        }
+    }
+    return nullptr;
+}
+
 std::shared_ptr<LessonMap> DefaultOrFirstMap(const Lesson& lesson) {
     auto maps = lesson.Maps();
     if (auto map = maps->DefaultMap()) {

@@ -31,6 +31,10 @@ std::optional<std::string> MapName(const LessonMap& map);
 // The name for people: quoted, or "(no name)".
 std::string MapLabel(const LessonMap& map);
 
+// The first map named exactly `name`; null when none is. Unlike the
+// collection's own lookup, a map without a name is passed over, not an error.
+std::shared_ptr<LessonMap> FindMap(const Lesson& lesson, const std::string& name);
+
 // The map `tree` shows when none is named: the default map, else the first.
 std::shared_ptr<LessonMap> DefaultOrFirstMap(const Lesson& lesson);
 

@@ -38,7 +38,7 @@ std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
             out << indent << "(not in the lesson)  " << item.sbid << '\n';
             continue;
         }
-        out << indent << storyboard->Title();
+        out << indent << (storyboard->Title().empty() ? "(untitled)" : storyboard->Title());
         if (!storyboard->Identifier().empty()) {
             out << " [" << storyboard->Identifier() << "]";
         }
@@ -61,7 +61,7 @@ Command AddTreeCommand(CLI::App& program) {
                 auto lesson = LoadLesson(input);
                 std::shared_ptr<LessonMap> map;
                 if (app->count("--map") > 0) {
-                    map = lesson->Maps()->Item(options->map);
+                    map = FindMap(*lesson, options->map);
                     if (!map) {
                         throw ToolError(input.displayName + ": the lesson has no map named " + Quoted(options->map));
                     }
