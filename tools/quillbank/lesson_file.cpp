@@ -74,7 +74,11 @@ std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
     try {
         lesson->FromXMLString(input.decoded.text);
     } catch (const Error& e) {
-        throw ToolError(input.displayName + ": " + e.Description());
+        // The wrong-form errors say all; others name the member that raised them.
+        if (e.Number() == ErrXmlForm) {
+            throw ToolError(input.displayName + ": " + e.Description());
+        }
+        throw ToolError(input.displayName + ": " + e.Source() + ": " + e.Description());
     }
     return lesson;
 }
