@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   g++ make cmake pkg-config
-  libpugixml-dev libicu-dev
+  libpugixml-dev libicu-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
 )
 

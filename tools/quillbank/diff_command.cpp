@@ -1,0 +1,291 @@
+// quillbank diff A B: the differences between two lessons, as a person wants them.
+//
+// Lines start with "+" (only in B), "-" (only in A) or "~" (changed), then
+// the place (see property_path.hpp). The order: identity, the lesson's
+// properties, maps, storyboards. "documentid" identifies one written copy,
+// not the lesson, and is never compared.
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <quillbank/child_element_collection.hpp>
+#include <quillbank/lesson.hpp>
+#include <quillbank/lesson_map_collection.hpp>
+
+#include "bag_walk.hpp"
+#include "commands.hpp"
+#include "lesson_file.hpp"
+#include "map_items.hpp"
+#include "output_file.hpp"
+#include "property_path.hpp"
+#include "property_text.hpp"
+#include "tool_error.hpp"
+
+namespace quillbank::tool {
+
+namespace {
+
+class LessonDiff {
+public:
+    std::string Text() const { return out_.str(); }
+    bool Differs() const { return differs_; }
+
+    void Identity(const Lesson& a, const Lesson& b);
+    void Bags(const PersistedPropertyCollection& a, const PersistedPropertyCollection& b, const std::string& path);
+    void Maps(const Lesson& a, const Lesson& b);
+    void Storyboards(const Lesson& a, const Lesson& b);
+
+private:
+    std::ostream& Line(char mark) {
+        differs_ = true;
+        return out_ << mark << ' ';
+    }
+    void Field(const std::string& place, const char* field, const std::string& a, const std::string& b) {
+        if (a != b) {
+            Line('~') << place << ' ' << field << ": " << Quoted(a) << " -> " << Quoted(b) << '\n';
+        }
+    }
+    static std::string Described(const PersistedPropertyCollection& bag, const std::string& name) {
+        return std::string(TypeName(bag.GetPropertyType(name))) + ", " +
+               std::string(EncodingLabel(bag.GetEncodingType(name))) + ": " + ValueText(bag, name);
+    }
+    void Lists(const ChildElementCollection& a, const ChildElementCollection& b, const std::string& path);
+    void Elements(const ChildElementCollection& a, const ChildElementCollection& b,
+                  const std::function<std::string(std::int32_t)>& pathOf);
+    void MapItemsOf(const LessonMap& a, const LessonMap& b, const std::string& place);
+
+    std::ostringstream out_;
+    bool differs_ = false;
+};
+
+void LessonDiff::Identity(const Lesson& a, const Lesson& b) {
+    Field("lesson", "id", a.LessonID(), b.LessonID());
+    Field("lesson", "title", a.Title(), b.Title());
+    Field("lesson", "identifier", a.Identifier(), b.Identifier());
+    Field("lesson", "classification", a.Classification(), b.Classification());
+}
+
+void LessonDiff::Bags(const PersistedPropertyCollection& a, const PersistedPropertyCollection& b,
+                      const std::string& path) {
+    for (const auto& name : SortedNames(a)) {
+        const std::string place = JoinPath(path, PathName(name));
+        if (!b.Exists(name)) {
+            Line('-') << place << " (" << Described(a, name) << ")\n";
+            continue;
+        }
+        const PropertyTypes type = a.GetPropertyType(name);
+        const bool sameKind = type == b.GetPropertyType(name);
+        const bool nested = sameKind && (type == ptPPC || type == ptCEC);
+        if (!sameKind || a.GetEncodingType(name) != b.GetEncodingType(name) ||
+            (!nested && ValueText(a, name) != ValueText(b, name))) {
+            Line('~') << place << " (" << Described(a, name) << ") -> (" << Described(b, name) << ")\n";
+        }
+        if (nested && type == ptPPC) {
+            auto nestedA = a.GetPPC(name, nullptr);
+            auto nestedB = b.GetPPC(name, nullptr);
+            Bags(nestedA ? *nestedA : *PersistedPropertyCollection::Create(),
+                 nestedB ? *nestedB : *PersistedPropertyCollection::Create(), place);
+        } else if (nested) {
+            auto listA = a.GetCEC(name, nullptr);
+            auto listB = b.GetCEC(name, nullptr);
+            Lists(listA ? *listA : *ChildElementCollection::Create(), listB ? *listB : *ChildElementCollection::Create(),
+                  place);
+        }
+    }
+    for (const auto& name : SortedNames(b)) {
+        if (!a.Exists(name)) {
+            Line('+') << JoinPath(path, PathName(name)) << " (" << Described(b, name) << ")\n";
+        }
+    }
+}
+
+void LessonDiff::Lists(const ChildElementCollection& a, const ChildElementCollection& b, const std::string& path) {
+    Elements(a, b, [&](std::int32_t i) { return Indexed(path, i); });
+}
+
+void LessonDiff::Elements(const ChildElementCollection& a, const ChildElementCollection& b,
+                          const std::function<std::string(std::int32_t)>& pathOf) {
+    const std::int32_t count = std::max(a.Count(), b.Count());
+    for (std::int32_t i = 0; i < count; ++i) {
+        auto elementA = a.Item(i);
+        auto elementB = b.Item(i);
+        const std::string place = pathOf(i);
+        if (elementA && !elementB) {
+            Line('-') << place << " (" << Quoted(elementA->Name()) << ", type " << Quoted(elementA->ElementType())
+                      << ")\n";
+        } else if (!elementA && elementB) {
+            Line('+') << place << " (" << Quoted(elementB->Name()) << ", type " << Quoted(elementB->ElementType())
+                      << ")\n";
+        } else if (elementA && elementB) {
+            Field(place, "name", elementA->Name(), elementB->Name());
+            Field(place, "type", elementA->ElementType(), elementB->ElementType());
+            Bags(*elementA->PPCObject(), *elementB->PPCObject(), place);
+        }
+    }
+}
+
+// Where each storyboard first stands in a map.
+std::map<std::string, MapItem> FirstPlaces(const std::vector<MapItem>& items) {
+    std::map<std::string, MapItem> places;
+    for (const auto& item : items) {
+        if (!item.sbid.empty()) {
+            places.emplace(item.sbid, item);
+        }
+    }
+    return places;
+}
+
+void LessonDiff::MapItemsOf(const LessonMap& a, const LessonMap& b, const std::string& place) {
+    auto itemsA = MapItems(a);
+    auto itemsB = MapItems(b);
+    auto placesA = FirstPlaces(itemsA);
+    auto placesB = FirstPlaces(itemsB);
+
+    // The order of the siblings that stay under the same parent in both maps.
+    auto keptOrder = [&](const std::vector<MapItem>& items, const std::map<std::string, MapItem>& own,
+                         const std::map<std::string, MapItem>& other) {
+        std::map<std::string, std::int32_t> order;  // sbid -> rank among kept siblings
+        std::map<std::string, std::int32_t> next;   // parent -> next rank
+        for (const auto& item : items) {
+            if (item.sbid.empty() || own.at(item.sbid).position != item.position) {
+                continue;
+            }
+            auto there = other.find(item.sbid);
+            if (there == other.end() || there->second.parentSbid != item.parentSbid) {
+                continue;
+            }
+            order[item.sbid] = next[item.parentSbid]++;
+        }
+        return order;
+    };
+    auto orderA = keptOrder(itemsA, placesA, placesB);
+    auto orderB = keptOrder(itemsB, placesB, placesA);
+
+    for (const auto& item : itemsA) {
+        if (item.sbid.empty() || placesA.at(item.sbid).position != item.position) {
+            continue;
+        }
+        auto there = placesB.find(item.sbid);
+        if (there == placesB.end()) {
+            Line('-') << place << ": " << item.sbid << " (was item " << item.position << ")\n";
+            continue;
+        }
+        const MapItem& moved = there->second;
+        bool parentChanged = moved.parentSbid != item.parentSbid;
+        bool orderChanged = !parentChanged && orderA.count(item.sbid) > 0 && orderB.count(item.sbid) > 0 &&
+                            orderA[item.sbid] != orderB[item.sbid];
+        if (parentChanged || orderChanged) {
+            Line('~') << place << ": " << item.sbid << " moved from item " << item.position << " to item "
+                      << moved.position << '\n';
+        }
+    }
+    for (const auto& item : itemsB) {
+        if (!item.sbid.empty() && placesB.at(item.sbid).position == item.position && placesA.count(item.sbid) == 0) {
+            Line('+') << place << ": " << item.sbid << " at item " << item.position << '\n';
+        }
+    }
+}
+
+void LessonDiff::Maps(const Lesson& a, const Lesson& b) {
+    auto defaultA = DefaultOrFirstMap(a);
+    auto defaultB = DefaultOrFirstMap(b);
+    std::string labelA = defaultA ? MapLabel(*defaultA) : "(none)";
+    std::string labelB = defaultB ? MapLabel(*defaultB) : "(none)";
+    if (labelA != labelB) {
+        Line('~') << "maps default: " << labelA << " -> " << labelB << '\n';
+    }
+    auto mapsA = a.Maps();
+    auto mapsB = b.Maps();
+    auto find = [](const LessonMapCollection& maps, const std::string& label) -> std::shared_ptr<LessonMap> {
+        for (std::int32_t i = 0; i < maps.Count(); ++i) {
+            if (MapLabel(*maps.ItemAt(i)) == label) {
+                return maps.ItemAt(i);
+            }
+        }
+        return nullptr;
+    };
+    for (std::int32_t i = 0; i < mapsA->Count(); ++i) {
+        auto map = mapsA->ItemAt(i);
+        const std::string label = MapLabel(*map);
+        if (find(*mapsA, label) != map) {
+            continue;  // a later map of the same name: compared through the first
+        }
+        auto other = find(*mapsB, label);
+        if (!other) {
+            Line('-') << "map " << label << '\n';
+            continue;
+        }
+        MapItemsOf(*map, *other, "map " + label);
+    }
+    for (std::int32_t i = 0; i < mapsB->Count(); ++i) {
+        auto map = mapsB->ItemAt(i);
+        const std::string label = MapLabel(*map);
+        if (find(*mapsB, label) == map && !find(*mapsA, label)) {
+            Line('+') << "map " << label << '\n';
+        }
+    }
+}
+
+void LessonDiff::Storyboards(const Lesson& a, const Lesson& b) {
+    auto storyboardsA = a.Storyboards();
+    auto storyboardsB = b.Storyboards();
+    for (const auto& storyboard : *storyboardsA) {
+        const std::string sbid = storyboard->SBID();
+        const std::string place = StoryboardPlace(sbid);
+        auto other = storyboardsB->Item(sbid);
+        if (!other) {
+            Line('-') << place << " (" << Quoted(storyboard->Title()) << ")\n";
+            continue;
+        }
+        Field(place, "title", storyboard->Title(), other->Title());
+        Field(place, "identifier", storyboard->Identifier(), other->Identifier());
+        Field(place, "type", storyboard->SBType(), other->SBType());
+        Field(place, "classification", storyboard->Classification(), other->Classification());
+        Bags(*storyboard->Properties(), *other->Properties(), StoryboardBagPath(sbid));
+        Elements(*storyboard->Children(), *other->Children(),
+                 [&](std::int32_t i) { return ChildElementPath(sbid, i); });
+    }
+    for (const auto& storyboard : *storyboardsB) {
+        if (!storyboardsA->Contains(storyboard->SBID())) {
+            Line('+') << StoryboardPlace(storyboard->SBID()) << " (" << Quoted(storyboard->Title()) << ")\n";
+        }
+    }
+}
+
+struct DiffOptions {
+    std::string first;
+    std::string second;
+};
+
+}  // namespace
+
+Command AddDiffCommand(CLI::App& program) {
+    auto options = std::make_shared<DiffOptions>();
+    auto* app = program.add_subcommand(
+        "diff", "Show the differences between lessons A and B: identity, properties added (+), removed (-) or "
+                "changed (~) by path, maps and their items, storyboards. \"documentid\" is ignored. Exit status 1 "
+                "when they differ");
+    app->add_option("A", options->first, "The first lesson file (- for standard input)")->required();
+    app->add_option("B", options->second, "The second lesson file (- for standard input)")->required();
+    return {app, [options] {
+                if (options->first == kStandardStream && options->second == kStandardStream) {
+                    throw ToolError("diff: only one of A and B can be standard input");
+                }
+                auto a = ReadLesson(options->first);
+                auto b = ReadLesson(options->second);
+                LessonDiff diff;
+                diff.Identity(*a, *b);
+                diff.Bags(*a->Properties(), *b->Properties(), LessonBagPath());
+                diff.Maps(*a, *b);
+                diff.Storyboards(*a, *b);
+                WriteOutput(kStandardStream, diff.Text());
+                return diff.Differs() ? kExitFindings : kExitOk;
+            }};
+}
+
+}  // namespace quillbank::tool

@@ -1,0 +1,35 @@
+#pragma once
+
+// Reading lesson files (or standard input) into lessons.
+
+#include <memory>
+#include <string>
+
+#include <quillbank/lesson.hpp>
+
+#include "text_decoding.hpp"
+
+namespace quillbank::tool {
+
+// The path that stands for standard input or standard output.
+inline constexpr const char* kStandardStream = "-";
+
+struct InputFile {
+    std::string path;         // as given on the command line ("-" for standard input)
+    std::string displayName;  // the path, or "(standard input)"
+    DecodedText decoded;
+};
+
+// Reads and decodes a whole file. Raises ToolError naming the file when it
+// cannot be read, is empty, or is UTF-16 that does not decode.
+InputFile ReadInput(const std::string& path);
+
+// Reads the decoded text as a lesson. Raises ToolError with the library's
+// description ("XML string could not be parsed.", "Element is not a <lesson>
+// element", ...) after the file's name.
+std::shared_ptr<Lesson> LoadLesson(const InputFile& input);
+
+// ReadInput then LoadLesson.
+std::shared_ptr<Lesson> ReadLesson(const std::string& path);
+
+}  // namespace quillbank::tool

@@ -1,0 +1,79 @@
+// quillbank tree FILE [--map NAME]: the navigation tree of one map.
+
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include <quillbank/lesson.hpp>
+
+#include "commands.hpp"
+#include "lesson_file.hpp"
+#include "map_items.hpp"
+#include "output_file.hpp"
+#include "property_path.hpp"
+#include "tool_error.hpp"
+
+namespace quillbank::tool {
+
+namespace {
+
+struct TreeOptions {
+    std::string file;
+    std::string map;
+    bool mapGiven = false;
+};
+
+std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
+    std::ostringstream out;
+    out << "map " << MapLabel(*map) << (map == DefaultOrFirstMap(lesson) ? " (default)" : "") << '\n';
+    auto storyboards = lesson.Storyboards();
+    for (const auto& item : MapItems(*map)) {
+        std::string indent(static_cast<std::size_t>(2 * item.depth), ' ');
+        if (item.sbid.empty()) {
+            out << indent << "(item without a storyboard identifier)\n";
+            continue;
+        }
+        auto storyboard = storyboards->Item(item.sbid);
+        if (!storyboard) {
+            out << indent << "(not in the lesson)  " << item.sbid << '\n';
+            continue;
+        }
+        out << indent << (storyboard->Title().empty() ? "(untitled)" : storyboard->Title());
+        if (!storyboard->Identifier().empty()) {
+            out << " [" << storyboard->Identifier() << "]";
+        }
+        out << "  " << item.sbid << '\n';
+    }
+    return out.str();
+}
+
+}  // namespace
+
+Command AddTreeCommand(CLI::App& program) {
+    auto options = std::make_shared<TreeOptions>();
+    auto* app = program.add_subcommand(
+        "tree", "Show the navigation tree of a map: one storyboard a line, indented by depth, with its title, "
+                "[identifier] and storyboard identifier");
+    app->add_option("FILE", options->file, "Lesson file, or - for standard input")->required();
+    app->add_option("--map", options->map, "The map to show (default: the lesson's default map)");
+    return {app, [options, app] {
+                auto input = ReadInput(options->file);
+                auto lesson = LoadLesson(input);
+                std::shared_ptr<LessonMap> map;
+                if (app->count("--map") > 0) {
+                    map = FindMap(*lesson, options->map);
+                    if (!map) {
+                        throw ToolError(input.displayName + ": the lesson has no map named " + Quoted(options->map));
+                    }
+                } else {
+                    map = DefaultOrFirstMap(*lesson);
+                    if (!map) {
+                        throw ToolError(input.displayName + ": the lesson has no maps");
+                    }
+                }
+                WriteOutput(kStandardStream, Tree(*lesson, map));
+                return kExitOk;
+            }};
+}
+
+}  // namespace quillbank::tool
