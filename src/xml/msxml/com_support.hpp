@@ -50,10 +50,10 @@ public:
     T* Detach() noexcept { return std::exchange(p_, nullptr); }
 
     template <class U>
-    ComPtr<U> As() const {
+    ComPtr<U> As(REFIID iid) const {
         ComPtr<U> out;
         if (p_ != nullptr) {
-            p_->QueryInterface(__uuidof(U), reinterpret_cast<void**>(out.Out()));
+            p_->QueryInterface(iid, reinterpret_cast<void**>(out.Out()));
         }
         return out;
     }

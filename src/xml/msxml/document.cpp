@@ -6,6 +6,7 @@
 #include "xml/dom_error.hpp"
 #include "xml/msxml/com_support.hpp"
 #include "xml/msxml/document_impl.hpp"
+#include "xml/msxml/serialize.hpp"
 #include "xml/text_checks.hpp"
 
 namespace quillbank::xml {
@@ -109,11 +110,7 @@ void Document::SetPreserveWhiteSpace(bool preserve) {
           "The whitespace mode could not be set.");
 }
 
-std::string Document::Xml() const {
-    Bstr xml;
-    Check(Require(impl_)->get_xml(xml.Out()), "The document could not be written.");
-    return xml.Utf8();
-}
+std::string Document::Xml() const { return msxml::NodeXml(Require(impl_)); }
 
 Node Document::AsNode() const { return DocumentImpl::MakeNode(impl_, Require(impl_)); }
 

@@ -68,7 +68,7 @@ IXMLDOMElement* RequireElement(NodeImpl* node) {
         RaiseDomError("The element is null.");
     }
     if (!node->element) {
-        node->element = node->node.As<IXMLDOMElement>();
+        node->element = node->node.As<IXMLDOMElement>(IID_IXMLDOMElement);
         if (!node->element) {
             RaiseDomError("The node is not an element.");
         }

@@ -56,8 +56,8 @@ std::optional<std::string> Format(std::string_view text) {
                                         reinterpret_cast<void**>(reader.Out())))) {
         return std::nullopt;
     }
-    const ComPtr<ISAXContentHandler> content = writer.As<ISAXContentHandler>();
-    const ComPtr<ISAXLexicalHandler> lexical = writer.As<ISAXLexicalHandler>();
+    const ComPtr<ISAXContentHandler> content = writer.As<ISAXContentHandler>(IID_ISAXContentHandler);
+    const ComPtr<ISAXLexicalHandler> lexical = writer.As<ISAXLexicalHandler>(IID_ISAXLexicalHandler);
     if (!content || !lexical || FAILED(reader->putContentHandler(content.Get()))) {
         return std::nullopt;
     }

@@ -5,6 +5,7 @@
 #include "xml/dom_error.hpp"
 #include "xml/msxml/com_support.hpp"
 #include "xml/msxml/document_impl.hpp"
+#include "xml/msxml/serialize.hpp"
 #include "xml/text_checks.hpp"
 
 namespace quillbank::xml {
@@ -29,6 +30,125 @@ IXMLDOMNode* ChildNode(const Node& child) {
         RaiseDomError("The node is null.");
     }
     return RequireNode(DocumentImpl::NodeOf(child));
+}
+
+// A temporary attribute on an element, to tell whether another MSXML object
+// stands for the same element: Wine's MSXML gives one node a new object on
+// every navigation, so equal identities are not the only answer there.
+class ElementMark {
+public:
+    explicit ElementMark(IXMLDOMNode* node) : name_("quillbank-node-mark") {
+        if (TypeOf(node) != NODE_ELEMENT) {
+            return;
+        }
+        element_ = ComPtr<IXMLDOMNode>::Share(node).As<IXMLDOMElement>(IID_IXMLDOMElement);
+        if (!element_) {
+            return;
+        }
+        VARIANT on;
+        VariantInit(&on);
+        V_VT(&on) = VT_BSTR;
+        V_BSTR(&on) = name_.Get();
+        Check(element_->setAttribute(name_.Get(), on), "The node could not be compared.");
+    }
+    ElementMark(const ElementMark&) = delete;
+    ElementMark& operator=(const ElementMark&) = delete;
+    ~ElementMark() {
+        if (element_) {
+            element_->removeAttribute(name_.Get());
+        }
+    }
+
+    // Whether `node` is the marked element.
+    bool On(IXMLDOMNode* node) const {
+        if (!element_ || TypeOf(node) != NODE_ELEMENT) {
+            return false;
+        }
+        const ComPtr<IXMLDOMElement> other = ComPtr<IXMLDOMNode>::Share(node).As<IXMLDOMElement>(IID_IXMLDOMElement);
+        if (!other) {
+            return false;
+        }
+        msxml::Variant seen;
+        Check(other->getAttribute(name_.Get(), seen.Out()), "The node could not be compared.");
+        return V_VT(&seen.Get()) == VT_BSTR;
+    }
+
+private:
+    Bstr name_;
+    ComPtr<IXMLDOMElement> element_;
+};
+
+bool SameIdentity(IXMLDOMNode* a, IXMLDOMNode* b) {
+    ComPtr<IUnknown> identityA;
+    ComPtr<IUnknown> identityB;
+    Check(a->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identityA.Out())), "The node has no identity.");
+    Check(b->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identityB.Out())), "The node has no identity.");
+    return identityA.Get() == identityB.Get();
+}
+
+// Whether two MSXML objects stand for the same node (for a document, two
+// objects of one document: only elements can be told apart by a mark).
+bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
+    if (SameIdentity(a, b)) {
+        return true;
+    }
+    const DOMNodeType type = TypeOf(a);
+    if (type != TypeOf(b)) {
+        return false;
+    }
+    if (type == NODE_DOCUMENT) {
+        return SameIdentity(a, b);
+    }
+    const ElementMark mark(a);
+    return mark.On(b);
+}
+
+ComPtr<IXMLDOMNode> ParentOf(IXMLDOMNode* node) {
+    ComPtr<IXMLDOMNode> parent;
+    Check(node->get_parentNode(parent.Out()), "The parent could not be read.");
+    return parent;
+}
+
+// The checks the document model makes before a node is placed; Wine's MSXML
+// leaves some of them out and would fail worse than with an error.
+void CheckInsert(IXMLDOMNode* parent, IXMLDOMNode* child, IXMLDOMNode* reference) {
+    const DOMNodeType parentType = TypeOf(parent);
+    if (parentType != NODE_ELEMENT && parentType != NODE_DOCUMENT) {
+        RaiseDomError("This node cannot have children.");
+    }
+    const DOMNodeType childType = TypeOf(child);
+    if (childType == NODE_DOCUMENT) {
+        RaiseDomError("A document cannot be inserted as a child.");
+    }
+    if (reference != nullptr) {
+        const ComPtr<IXMLDOMNode> referenceParent = ParentOf(reference);
+        if (!referenceParent || !SameNode(referenceParent.Get(), parent)) {
+            RaiseDomError("Insert position Node must be a Child of the Node to insert under.");
+        }
+    }
+    if (childType == NODE_ELEMENT) {
+        const ElementMark mark(child);
+        for (ComPtr<IXMLDOMNode> up = ComPtr<IXMLDOMNode>::Share(parent); up; up = ParentOf(up.Get())) {
+            if (mark.On(up.Get())) {
+                RaiseDomError("Inserting a node or its ancestor under itself is not allowed.");
+            }
+        }
+    }
+    if (parentType == NODE_DOCUMENT) {
+        if (childType == NODE_TEXT || childType == NODE_CDATA_SECTION) {
+            RaiseDomError("Text cannot be placed at the top level of a document.");
+        }
+        if (childType == NODE_ELEMENT) {
+            const auto document = ComPtr<IXMLDOMNode>::Share(parent).As<IXMLDOMDocument>(IID_IXMLDOMDocument);
+            ComPtr<IXMLDOMElement> root;
+            if (document) {
+                Check(document->get_documentElement(root.Out()), "The root element could not be read.");
+            }
+            if (root && !SameNode(root.Get(), child)) {
+                RaiseDomError("Only one top level element is allowed in an XML document.");
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -87,11 +207,7 @@ void Node::SetText(std::string_view text) {
     }
 }
 
-std::string Node::Xml() const {
-    Bstr xml;
-    Check(RequireNode(node_)->get_xml(xml.Out()), "The node could not be written.");
-    return xml.Utf8();
-}
+std::string Node::Xml() const { return msxml::NodeXml(RequireNode(node_)); }
 
 Node Node::Parent() const {
     ComPtr<IXMLDOMNode> parent;
@@ -161,6 +277,7 @@ Document Node::OwnerDocument() const {
 
 Node Node::AppendChild(const Node& child) {
     IXMLDOMNode* parent = RequireNode(node_);
+    CheckInsert(parent, ChildNode(child), nullptr);
     ComPtr<IXMLDOMNode> placed;
     Check(parent->appendChild(ChildNode(child), placed.Out()), "The node could not be appended.");
     return DocumentImpl::MakeNode(doc_, placed.Get());
@@ -172,9 +289,15 @@ Node Node::InsertBefore(const Node& child, const Node& reference) {
     VARIANT where;
     VariantInit(&where);
     if (reference) {
-        V_VT(&where) = VT_UNKNOWN;
-        V_UNKNOWN(&where) = RequireNode(DocumentImpl::NodeOf(reference));
+        IXMLDOMNode* referenceNode = RequireNode(DocumentImpl::NodeOf(reference));
+        CheckInsert(parent, newChild, referenceNode);
+        if (SameNode(newChild, referenceNode)) {
+            return DocumentImpl::MakeNode(doc_, newChild);  // before itself: it stays
+        }
+        V_VT(&where) = VT_DISPATCH;
+        V_DISPATCH(&where) = referenceNode;
     } else {
+        CheckInsert(parent, newChild, nullptr);
         V_VT(&where) = VT_NULL;
     }
     ComPtr<IXMLDOMNode> placed;
@@ -184,8 +307,13 @@ Node Node::InsertBefore(const Node& child, const Node& reference) {
 
 Node Node::RemoveChild(const Node& child) {
     IXMLDOMNode* parent = RequireNode(node_);
+    IXMLDOMNode* oldChild = ChildNode(child);
+    const ComPtr<IXMLDOMNode> itsParent = ParentOf(oldChild);
+    if (!itsParent || !SameNode(itsParent.Get(), parent)) {
+        RaiseDomError("The parameter Node is not a child of this node.");
+    }
     ComPtr<IXMLDOMNode> removed;
-    Check(parent->removeChild(ChildNode(child), removed.Out()), "The node could not be removed.");
+    Check(parent->removeChild(oldChild, removed.Out()), "The node could not be removed.");
     return DocumentImpl::MakeNode(doc_, removed.Get());
 }
 
