@@ -7,6 +7,7 @@
 #include "xml/msxml/com_support.hpp"
 #include "xml/msxml/document_impl.hpp"
 #include "xml/msxml/serialize.hpp"
+#include "xml/prescan.hpp"
 #include "xml/text_checks.hpp"
 
 namespace quillbank::xml {
@@ -70,8 +71,10 @@ Node Document::CreateCDataSection(std::string_view text) {
 
 bool Document::LoadXML(std::string_view text) {
     IXMLDOMDocument* dom = Require(impl_);
-    if (!IsValidUtf8(text)) {
-        // Not text at all: fails like any text that does not parse.
+    if (!PrescanXml(text).accepted) {
+        // Refused before MSXML sees it (text that is not UTF-8, references
+        // to entities a document type declaration defines, and what else a
+        // conforming reader refuses): fails like any text that does not parse.
         const Bstr empty("");
         VARIANT_BOOL ignored = VARIANT_FALSE;
         dom->loadXML(empty.Get(), &ignored);
