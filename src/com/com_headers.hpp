@@ -12,4 +12,6 @@
 #include <oleauto.h>
 #include <olectl.h>
 
+#include <msxml2.h>
+
 #include "quillbank_tlb.h"

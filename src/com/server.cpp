@@ -23,6 +23,7 @@ struct ClassEntry {
 const ClassEntry kClasses[] = {
     {&CLSID_Constants, L"Constants", &CreateConstants},
     {&CLSID_Functions, L"Functions", &CreateFunctions},
+    {&CLSID_PersistedPropertyCollection, L"PersistedPropertyCollection", &CreatePersistedPropertyCollection},
 };
 
 constexpr const wchar_t* kLibraryName = L"Quillbank";
@@ -130,7 +131,8 @@ extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, 
         return E_POINTER;
     }
     *object = nullptr;
-    static ClassFactory factories[] = {ClassFactory(kClasses[0].create), ClassFactory(kClasses[1].create)};
+    static ClassFactory factories[] = {ClassFactory(kClasses[0].create), ClassFactory(kClasses[1].create),
+                                       ClassFactory(kClasses[2].create)};
     static_assert(sizeof factories / sizeof factories[0] == sizeof kClasses / sizeof kClasses[0]);
     for (std::size_t i = 0; i < sizeof kClasses / sizeof kClasses[0]; ++i) {
         if (IsEqualCLSID(clsid, *kClasses[i].clsid)) {

@@ -120,6 +120,89 @@ void CheckFunctions() {
     functions->Release();
 }
 
+void CheckPersistedPropertyCollection() {
+    _PersistedPropertyCollection* bag = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_PersistedPropertyCollection, nullptr, CLSCTX_INPROC_SERVER,
+                                  IID__PersistedPropertyCollection, reinterpret_cast<void**>(&bag));
+    Check(SUCCEEDED(hr) && bag != nullptr, "PersistedPropertyCollection is created by its class identifier", Hex(hr));
+    if (bag == nullptr) {
+        return;
+    }
+    BSTR caption = SysAllocString(L"caption");
+    BSTR value = SysAllocString(L"Halves");
+    BSTR width = SysAllocString(L"width");
+    BSTR font = SysAllocString(L"font");
+    BSTR inner = SysAllocString(L"inner");
+    bag->SetString(caption, value, etNotEncoded);
+    bag->SetLong(width, 640, etBase64Encoded);
+
+    SAFEARRAY* names = nullptr;
+    hr = bag->GetPropertyNameArray(-1, &names);
+    std::wstring joined;
+    VARTYPE type = VT_EMPTY;
+    if (names != nullptr) {
+        SafeArrayGetVartype(names, &type);
+        LONG upper = -1;
+        SafeArrayGetUBound(names, 1, &upper);
+        for (LONG i = 0; i <= upper; ++i) {
+            BSTR name = nullptr;
+            SafeArrayGetElement(names, &i, &name);
+            joined += Take(name) + L";";
+        }
+        SafeArrayDestroy(names);
+    }
+    Check(hr == S_OK && type == VT_BSTR && joined == L"caption;width;",
+          "GetPropertyNameArray gives a SAFEARRAY of BSTR in insertion order", joined);
+
+    ::FontData stored{SysAllocString(L"Tahoma"), 12.5, VARIANT_TRUE, VARIANT_FALSE, VARIANT_TRUE};
+    hr = bag->SetFont(font, &stored, etNotEncoded);
+    SysFreeString(stored.Name);
+    ::FontData fallback{SysAllocString(L"Arial"), 8.0, VARIANT_FALSE, VARIANT_FALSE, VARIANT_FALSE};
+    ::FontData read{};
+    const HRESULT readStatus = bag->GetFont(font, &fallback, &read);
+    SysFreeString(fallback.Name);
+    Check(hr == S_OK && readStatus == S_OK && Take(read.Name) == L"Tahoma" && read.Size == 12.5 &&
+              read.Bold == VARIANT_TRUE && read.Underline == VARIANT_TRUE,
+          "SetFont and GetFont pass the record by reference", Hex(readStatus));
+
+    VARIANT got;
+    VariantInit(&got);
+    hr = bag->GetValue(font, &got);
+    bool recordOk = false;
+    if (hr == S_OK && V_VT(&got) == VT_RECORD) {
+        const auto* record = static_cast<const ::FontData*>(V_RECORD(&got));
+        recordOk = record->Size == 12.5 && std::wstring(record->Name) == L"Tahoma";
+    }
+    VariantClear(&got);
+    Check(recordOk, "GetValue of a font gives a VT_RECORD FontData", Hex(hr));
+
+    _PersistedPropertyCollection* nested = nullptr;
+    CoCreateInstance(CLSID_PersistedPropertyCollection, nullptr, CLSCTX_INPROC_SERVER,
+                     IID__PersistedPropertyCollection, reinterpret_cast<void**>(&nested));
+    bag->SetPPC(inner, nested, etNotEncoded);
+    _PersistedPropertyCollection* none = nullptr;
+    _PersistedPropertyCollection* first = nullptr;
+    _PersistedPropertyCollection* second = nullptr;
+    bag->GetPPC(inner, &none, &first);
+    bag->GetPPC(inner, &none, &second);
+    Check(first != nullptr && first == second && first != nested, "a nested bag is one COM object");
+    for (auto* object : {nested, first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+
+    IXMLDOMElement* element = nullptr;
+    hr = bag->ToXMLElement(nullptr, &element);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && element == nullptr,
+          "ToXMLElement of a null document fails with the host's error 94", Hex(hr));
+
+    for (BSTR text : {caption, value, width, font, inner}) {
+        SysFreeString(text);
+    }
+    bag->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -167,6 +250,8 @@ void CheckTypeLibrary() {
     const Named named[] = {
         {&CLSID_Constants, L"Constants", TKIND_COCLASS},
         {&CLSID_Functions, L"Functions", TKIND_COCLASS},
+        {&CLSID_PersistedPropertyCollection, L"PersistedPropertyCollection", TKIND_COCLASS},
+        {&IID__PersistedPropertyCollection, L"_PersistedPropertyCollection", TKIND_DISPATCH},
         {&IID__Constants, L"_Constants", TKIND_DISPATCH},
         {&IID__Functions, L"_Functions", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
@@ -203,7 +288,7 @@ void CheckTypeLibrary() {
             const std::string flagLabel = label + " as hidden, dual, non-extensible, dispatchable";
             Check((flags & wanted) == wanted, flagLabel.c_str(), Hex(flags));
         }
-        if (entry.kind == TKIND_COCLASS) {
+        if (entry.kind == TKIND_COCLASS && entry.guid != &CLSID_PersistedPropertyCollection) {
             const std::string flagLabel = label + " as an application object";
             Check((flags & TYPEFLAG_FAPPOBJECT) != 0, flagLabel.c_str(), Hex(flags));
         }
@@ -321,6 +406,7 @@ int main() {
         return 1;
     }
     CheckFunctions();
+    CheckPersistedPropertyCollection();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
