@@ -97,7 +97,17 @@ bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
         return false;
     }
     if (type == NODE_DOCUMENT) {
-        return SameIdentity(a, b);
+        // Two objects of one document have one root element.
+        const auto documentA = ComPtr<IXMLDOMNode>::Share(a).As<IXMLDOMDocument>(IID_IXMLDOMDocument);
+        const auto documentB = ComPtr<IXMLDOMNode>::Share(b).As<IXMLDOMDocument>(IID_IXMLDOMDocument);
+        ComPtr<IXMLDOMElement> rootA;
+        ComPtr<IXMLDOMElement> rootB;
+        if (!documentA || !documentB || FAILED(documentA->get_documentElement(rootA.Out())) ||
+            FAILED(documentB->get_documentElement(rootB.Out())) || !rootA || !rootB) {
+            return false;
+        }
+        const ElementMark mark(rootA.Get());
+        return mark.On(rootB.Get());
     }
     const ElementMark mark(a);
     return mark.On(b);

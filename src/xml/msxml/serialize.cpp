@@ -151,7 +151,17 @@ void AppendSubtree(std::string& out, IXMLDOMNode* root) {
 std::string NodeXml(IXMLDOMNode* node) {
     std::string out;
     if (TypeOf(node) == NODE_DOCUMENT) {
-        for (ComPtr<IXMLDOMNode> child = FirstChildOf(node); child; child = NextSiblingOf(child.Get())) {
+        // By index: Wine's MSXML gives no next sibling of a document type node.
+        ComPtr<IXMLDOMNodeList> children;
+        Check(node->get_childNodes(children.Out()), "The children could not be read.");
+        long count = 0;
+        Check(children->get_length(&count), "The children could not be counted.");
+        for (long i = 0; i < count; ++i) {
+            ComPtr<IXMLDOMNode> child;
+            Check(children->get_item(i, child.Out()), "The child could not be read.");
+            if (TypeOf(child.Get()) == NODE_DOCUMENT_TYPE) {
+                continue;  // a document type declaration is not written
+            }
             AppendSubtree(out, child.Get());
             out += "\r\n";
         }
