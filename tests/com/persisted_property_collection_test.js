@@ -167,6 +167,17 @@ checkRaises("ToXMLElement of an object that is not a document is a clear automat
 }, function (e) {
     return e.number != 0 || "number 0";
 });
+checkRaises("FromXMLElement of a DOM node that is not an element is a type mismatch", function () {
+    var doc = new ActiveXObject("Msxml2.DOMDocument.3.0");
+    p.FromXMLElement(doc.createTextNode("ppc"));
+}, function (e) {
+    return e.number == -2147352571 || (e.number + " " + e.description);  // DISP_E_TYPEMISMATCH
+});
+checkRaises("FromXMLElement of a text argument is a type mismatch", function () {
+    p.FromXMLElement("<ppc/>");
+}, function (e) {
+    return e.number == -2147352571 || (e.number + " " + e.description);  // DISP_E_TYPEMISMATCH
+});
 checkRaises("SetPPC of an object that is not a bag is a clear automation error", function () {
     p.SetPPC("other", new ActiveXObject("Quillbank.Functions"));
 }, function (e) {

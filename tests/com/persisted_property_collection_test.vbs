@@ -6,7 +6,7 @@ Option Explicit
 
 ' A check whose own expression fails is skipped by On Error Resume Next, so
 ' the suite also counts the checks that reported.
-Const kChecks = 11
+Const kChecks = 12
 Dim failures, reported
 failures = 0
 reported = 0
@@ -61,6 +61,10 @@ Err.Clear
 Dim element
 Set element = p.ToXMLElement(Nothing)
 Report Err.Number = 94, "ToXMLElement of Nothing raises error 94", "Err.Number " & Err.Number
+Err.Clear
+
+p.FromXMLElement "<ppc/>"
+Report Err.Number = 13, "FromXMLElement of a text argument is a type mismatch", "Err.Number " & Err.Number
 Err.Clear
 
 On Error GoTo 0
