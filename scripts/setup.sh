@@ -7,6 +7,10 @@ packages=(
   g++ make cmake pkg-config
   libpugixml-dev libicu-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  # The Windows build: the MinGW-w64 cross compiler, widl for the type
+  # library, the IDL files widl imports, Wine to run the tests, and
+  # GoogleTest's sources to cross-compile the core suite.
+  g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev wine64 googletest
 )
 
 missing=()

@@ -21,6 +21,17 @@ namespace quillbank {
 std::string Functions::OCXPath() { return support::ModuleFolder(); }
 
 std::string Functions::OCXVersion() {
+#if defined(_WIN32)
+    // The server's own version resource; a program linked with the library
+    // and carrying none gets the numbers the library was built with.
+    int major = 0;
+    int minor = 0;
+    int revision = 0;
+    std::string comments;
+    if (support::ModuleVersion(major, minor, revision, comments)) {
+        return support::VersionText(major, minor, revision, comments);
+    }
+#endif
     return support::VersionText(QUILLBANK_VERSION_MAJOR, QUILLBANK_VERSION_MINOR, QUILLBANK_VERSION_REVISION,
                                 QUILLBANK_VERSION_COMMENTS);
 }

@@ -52,6 +52,43 @@ std::string ModuleFileName() {
 #endif
 }
 
+#if defined(_WIN32)
+bool ModuleVersion(int& major, int& minor, int& revision, std::string& comments) {
+    HMODULE module = nullptr;
+    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCSTR>(&ModuleFileName), &module)) {
+        return false;
+    }
+    HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16) /* RT_VERSION */);
+    HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(module, found);
+    const void* data = loaded == nullptr ? nullptr : LockResource(loaded);
+    if (data == nullptr) {
+        return false;
+    }
+    // VerQueryValueW works on a writable copy of the resource.
+    const DWORD size = SizeofResource(module, found);
+    std::string copy(static_cast<const char*>(data), size);
+    copy.resize(size * 2);
+    VS_FIXEDFILEINFO* fixed = nullptr;
+    UINT length = 0;
+    if (!VerQueryValueW(copy.data(), L"\\", reinterpret_cast<void**>(&fixed), &length) || fixed == nullptr) {
+        return false;
+    }
+    major = static_cast<int>(HIWORD(fixed->dwFileVersionMS));
+    minor = static_cast<int>(LOWORD(fixed->dwFileVersionMS));
+    revision = static_cast<int>(LOWORD(fixed->dwFileVersionLS));
+    comments.clear();
+    wchar_t* text = nullptr;
+    if (VerQueryValueW(copy.data(), L"\\StringFileInfo\\040904b0\\Comments", reinterpret_cast<void**>(&text),
+                       &length) &&
+        text != nullptr && length > 0) {
+        std::u16string units(reinterpret_cast<const char16_t*>(text), length);
+        comments = TrimAtNull(Utf16ToUtf8(units));
+    }
+    return true;
+}
+#endif
+
 std::string ModuleFolder() {
     const std::string file = ModuleFileName();
     const auto slash = file.find_last_of("/\\");

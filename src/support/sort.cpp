@@ -1,6 +1,10 @@
 #include "support/sort.hpp"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <unicode/uchar.h>
+#endif
 
 #include <utility>
 
@@ -17,9 +21,16 @@ char16_t LowerUnit(char16_t unit) {
     if (unit >= 0xD800 && unit <= 0xDFFF) {
         return unit;  // surrogates are compared as they are
     }
+#if defined(_WIN32)
+    // The system's own lower-casing, one code unit in, one code unit out.
+    WCHAR buffer[1] = {static_cast<WCHAR>(unit)};
+    CharLowerBuffW(buffer, 1);
+    return static_cast<char16_t>(buffer[0]);
+#else
     const UChar32 lower = u_tolower(static_cast<UChar32>(unit));
     // Only mappings that stay in the BMP keep one code unit per code unit.
     return lower <= 0xFFFF ? static_cast<char16_t>(lower) : unit;
+#endif
 }
 
 }  // namespace

@@ -1,0 +1,38 @@
+#pragma once
+
+// The creatable classes of the server: each creates a new object and hands
+// out the asked-for interface.
+
+#include "com/com_headers.hpp"
+
+namespace quillbank::com {
+
+HRESULT CreateConstants(REFIID iid, void** object);
+HRESULT CreateFunctions(REFIID iid, void** object);
+
+}  // namespace quillbank::com
+
+#include <memory>
+
+namespace quillbank {
+class PersistedPropertyCollection;
+}
+
+namespace quillbank::com {
+
+// Asked for through QueryInterface, hands back the server's own C++ object
+// (with a reference): how the server recognises its objects when a host
+// passes them back in. Not in the type library; never answered by objects
+// of other servers.
+inline constexpr GUID kServerObjectId = {0x2A4E8C71, 0x5B0D, 0x4F3E, {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
+
+HRESULT CreatePersistedPropertyCollection(REFIID iid, void** object);
+
+// The one COM object of a bag (the same bag always gives the same object);
+// null for null.
+_PersistedPropertyCollection* WrapPPC(const std::shared_ptr<PersistedPropertyCollection>& bag);
+// The bag behind a host's object: empty for null; raises a type mismatch
+// for an object that is not one of the server's bags.
+std::shared_ptr<PersistedPropertyCollection> UnwrapPPC(IUnknown* object);
+
+}  // namespace quillbank::com

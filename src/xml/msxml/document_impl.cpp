@@ -1,0 +1,115 @@
+#include "xml/msxml/document_impl.hpp"
+
+#include "xml/dom_error.hpp"
+#include "xml/msxml/interop.hpp"
+
+namespace quillbank::xml::detail {
+
+DocumentImpl::DocumentImpl(msxml::ComPtr<IXMLDOMDocument> document) : document_(std::move(document)) {}
+
+std::shared_ptr<DocumentImpl> DocumentImpl::New() {
+    msxml::ComPtr<IXMLDOMDocument> document;
+    msxml::Check(msxml::CreateMsxmlObject(CLSID_DOMDocument30, IID_IXMLDOMDocument,
+                                          reinterpret_cast<void**>(document.Out())),
+                 "MSXML 3.0 could not be created.");
+    msxml::Check(document->put_async(VARIANT_FALSE), "The document could not be set up.");
+    msxml::Check(document->put_validateOnParse(VARIANT_FALSE), "The document could not be set up.");
+    msxml::Check(document->put_resolveExternals(VARIANT_FALSE), "The document could not be set up.");
+    msxml::Check(document->put_preserveWhiteSpace(VARIANT_FALSE), "The document could not be set up.");
+    return std::make_shared<DocumentImpl>(std::move(document));
+}
+
+NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
+    if (node == nullptr) {
+        return nullptr;
+    }
+    msxml::ComPtr<IUnknown> identity;
+    msxml::Check(node->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
+                 "The node has no identity.");
+    auto found = nodes_.find(identity.Get());
+    if (found != nodes_.end()) {
+        return found->second.get();
+    }
+    auto impl = std::make_unique<NodeImpl>();
+    impl->node = msxml::ComPtr<IXMLDOMNode>::Share(node);
+    NodeImpl* raw = impl.get();
+    // The map's key stays valid: the NodeImpl holds a reference to the node.
+    nodes_.emplace(identity.Get(), std::move(impl));
+    return raw;
+}
+
+Node DocumentImpl::MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node) {
+    if (node == nullptr) {
+        return Node();
+    }
+    return Node(doc, doc->Intern(node));
+}
+
+Element DocumentImpl::MakeElement(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node) {
+    if (node == nullptr) {
+        return Element();
+    }
+    DOMNodeType type = NODE_INVALID;
+    if (FAILED(node->get_nodeType(&type)) || type != NODE_ELEMENT) {
+        return Element();
+    }
+    return Element(doc, doc->Intern(node));
+}
+
+IXMLDOMNode* RequireNode(NodeImpl* node) {
+    if (node == nullptr) {
+        RaiseDomError("The node is null.");
+    }
+    return node->node.Get();
+}
+
+IXMLDOMElement* RequireElement(NodeImpl* node) {
+    if (node == nullptr) {
+        RaiseDomError("The element is null.");
+    }
+    if (!node->element) {
+        node->element = node->node.As<IXMLDOMElement>(IID_IXMLDOMElement);
+        if (!node->element) {
+            RaiseDomError("The node is not an element.");
+        }
+    }
+    return node->element.Get();
+}
+
+}  // namespace quillbank::xml::detail
+
+namespace quillbank::xml::msxml {
+
+using detail::DocumentImpl;
+
+Document WrapDocument(IXMLDOMDocument* document) {
+    if (document == nullptr) {
+        return Document();
+    }
+    return DocumentImpl::MakeDocument(std::make_shared<DocumentImpl>(ComPtr<IXMLDOMDocument>::Share(document)));
+}
+
+Element WrapElement(IXMLDOMElement* element) {
+    if (element == nullptr) {
+        return Element();
+    }
+    ComPtr<IXMLDOMDocument> owner;
+    Check(element->get_ownerDocument(owner.Out()), "The element has no document.");
+    auto impl = std::make_shared<DocumentImpl>(owner);
+    return DocumentImpl::MakeElement(impl, element);
+}
+
+ComPtr<IXMLDOMDocument> DomOf(const Document& document) {
+    const auto& impl = DocumentImpl::ImplOf(document);
+    return impl ? ComPtr<IXMLDOMDocument>::Share(impl->Dom()) : ComPtr<IXMLDOMDocument>();
+}
+
+ComPtr<IXMLDOMElement> DomOf(const Element& element) {
+    detail::NodeImpl* node = DocumentImpl::NodeOf(element);
+    if (node == nullptr) {
+        return {};
+    }
+    return ComPtr<IXMLDOMElement>::Share(detail::RequireElement(node));
+}
+
+}  // namespace quillbank::xml::msxml

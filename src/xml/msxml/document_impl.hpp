@@ -1,0 +1,65 @@
+#pragma once
+
+// The MSXML side of the document model: a document handle owns an MSXML 3.0
+// DOM document; a node handle points at the NodeImpl the document keeps for
+// that node.
+//
+// Node lifetime: the DocumentImpl keeps exactly one counted reference per
+// distinct node it has handed out, found again by the node's COM identity
+// (its IUnknown), and releases them all when the DocumentImpl goes, which is
+// when the last handle to the document or to one of its nodes goes. So a
+// handle stays valid also after its node was removed from the tree, and two
+// handles to the same node compare equal when MSXML gives the node one
+// identity (Windows does; Wine's MSXML makes a new wrapper object on every
+// navigation, so there two handles reached by different walks compare
+// unequal and each keeps its own reference).
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include <quillbank/xml.hpp>
+
+#include "xml/msxml/com_support.hpp"
+
+namespace quillbank::xml::detail {
+
+struct NodeImpl {
+    msxml::ComPtr<IXMLDOMNode> node;
+    // The element interface, asked for once when first needed.
+    msxml::ComPtr<IXMLDOMElement> element;
+};
+
+class DocumentImpl {
+public:
+    explicit DocumentImpl(msxml::ComPtr<IXMLDOMDocument> document);
+
+    // A new MSXML 3.0 document: synchronous loading, no validation, no
+    // external resources, whitespace not preserved.
+    static std::shared_ptr<DocumentImpl> New();
+
+    IXMLDOMDocument* Dom() const noexcept { return document_.Get(); }
+
+    // The one NodeImpl of `node` (null for null).
+    NodeImpl* Intern(IXMLDOMNode* node);
+
+    static Node MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
+    // Null unless `node` is an element.
+    static Element MakeElement(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
+    static Document MakeDocument(std::shared_ptr<DocumentImpl> doc) { return Document(std::move(doc)); }
+    static const std::shared_ptr<DocumentImpl>& ImplOf(const Node& node) { return node.doc_; }
+    static const std::shared_ptr<DocumentImpl>& ImplOf(const Document& doc) { return doc.impl_; }
+    static NodeImpl* NodeOf(const Node& node) { return node.node_; }
+
+private:
+    msxml::ComPtr<IXMLDOMDocument> document_;
+    std::unordered_map<IUnknown*, std::unique_ptr<NodeImpl>> nodes_;
+};
+
+// The MSXML node behind a handle; raises the DOM error "The node is null."
+// for a null handle.
+IXMLDOMNode* RequireNode(NodeImpl* node);
+IXMLDOMElement* RequireElement(NodeImpl* node);
+
+}  // namespace quillbank::xml::detail
