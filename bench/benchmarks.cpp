@@ -306,7 +306,7 @@ public:
     void ReportRuns(const std::vector<Run>& reports) override {
         for (const Run& run : reports) {
             if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-                times[run.benchmark_name()] = run.GetAdjustedRealTime();
+                times[run.benchmark_name()] = run.GetAdjustedCPUTime();
                 if (auto peak = run.counters.find("peak_heap"); peak != run.counters.end()) {
                     peaks[run.benchmark_name()] = peak->second.value;
                 }
