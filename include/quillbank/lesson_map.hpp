@@ -107,6 +107,13 @@ private:
     xml::Document document_;
     xml::Element map_;
 
+    // Where each identifier first stands in map_, made on the first search
+    // and kept up to date by InsertStoryboard (see lesson_map.cpp).
+    struct ItemIndex;
+    mutable std::unique_ptr<ItemIndex> index_;
+
+    xml::Element FindItem(std::string_view SBID) const;
+
     friend struct detail::LessonMapAccess;
 };
 

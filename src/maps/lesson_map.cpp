@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "frame/raise.hpp"
 #include "maps/lesson_map_access.hpp"
 #include "support/text.hpp"
+#include "xml/search.hpp"
 
 namespace quillbank {
 
@@ -63,35 +65,9 @@ xml::Element NewItem(xml::Document& document, std::string_view sbid) {
 // whose "sbid" is exactly `sbid`, in document order; null when none is.
 // Only elements are looked into: text and comments are passed over.
 xml::Element FindItemElement(const xml::Node& parent, std::string_view sbid) {
-    if (!parent) {
-        return {};
-    }
-    xml::Node node = parent.FirstChild();
-    while (node) {
-        if (node.IsElement()) {
-            const xml::Element element = node.AsElement();
-            const std::optional<std::string> value = element.GetAttribute(kSbidAttribute);
-            if (value && *value == sbid) {
-                return element;
-            }
-            if (xml::Node child = node.FirstChild()) {
-                node = std::move(child);
-                continue;
-            }
-        }
-        // On to the next sibling of the node or of its nearest ancestor below `parent`.
-        for (;;) {
-            if (xml::Node next = node.NextSibling()) {
-                node = std::move(next);
-                break;
-            }
-            node = node.Parent();
-            if (node == parent) {
-                return {};
-            }
-        }
-    }
-    return {};
+    // The facade walks the tree without a handle or a string per node: this
+    // search runs once per insertion, over the whole map in the worst case.
+    return xml::FindElementWithAttribute(parent, kSbidAttribute, sbid);
 }
 
 // A deep copy of `source` made in `target`, not attached anywhere.
@@ -218,7 +194,79 @@ LessonMap::LessonMap() {
     map_ = std::move(storage.map);
 }
 
+// The index of the items by identifier. A search for an identifier that
+// stands once in the tree (the usual case) costs a hash lookup instead of a
+// walk; one that stands more than once is answered by the walk, so the answer
+// is always the first occurrence in document order. The index describes the
+// tree of one map element: a map that starts a new tree (Clear, FromXMLElement,
+// the pruned and rewritten copies) makes a new element, and the index is made
+// again on the next search. InsertStoryboard adds its item to it; InsertMap
+// and FromTreeNode, which add items in place, drop it.
+struct LessonMap::ItemIndex {
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
+    };
+    struct Entry {
+        xml::Element first;
+        std::size_t count = 0;
+    };
+    xml::Element map;
+    std::unordered_map<std::string, Entry, Hash, std::equal_to<>> items;
+
+    void Add(std::string_view sbid, const xml::Element& item) {
+        auto found = items.find(sbid);
+        if (found == items.end()) {
+            found = items.emplace(std::string(sbid), Entry{}).first;
+        }
+        if (found->second.count++ == 0) {
+            found->second.first = item;
+        }
+    }
+};
+
 LessonMap::~LessonMap() = default;
+
+xml::Element LessonMap::FindItem(std::string_view SBID) const {
+    if (!index_ || !(index_->map == map_)) {
+        // Every element below the map with an "sbid", in document order.
+        auto index = std::make_unique<ItemIndex>();
+        index->map = map_;
+        xml::Node node = map_.FirstChild();
+        while (node) {
+            if (node.IsElement()) {
+                const xml::Element element = node.AsElement();
+                if (const std::optional<std::string> value = element.GetAttribute(kSbidAttribute)) {
+                    index->Add(*value, element);
+                }
+                if (xml::Node child = node.FirstChild()) {
+                    node = std::move(child);
+                    continue;
+                }
+            }
+            for (;;) {
+                if (xml::Node next = node.NextSibling()) {
+                    node = std::move(next);
+                    break;
+                }
+                node = node.Parent();
+                if (node == map_) {
+                    node = xml::Node();
+                    break;
+                }
+            }
+        }
+        index_ = std::move(index);
+    }
+    const auto found = index_->items.find(SBID);
+    if (found == index_->items.end()) {
+        return {};
+    }
+    if (found->second.count == 1) {
+        return found->second.first;
+    }
+    return FindItemElement(map_, SBID);
+}
 
 std::shared_ptr<LessonMap> LessonMap::Create() { return std::shared_ptr<LessonMap>(new LessonMap()); }
 
@@ -235,7 +283,7 @@ void LessonMap::Clear() {
     map_ = std::move(storage.map);
 }
 
-bool LessonMap::Contains(std::string_view SBID) const { return static_cast<bool>(FindItemElement(map_, SBID)); }
+bool LessonMap::Contains(std::string_view SBID) const { return static_cast<bool>(FindItem(SBID)); }
 
 void LessonMap::FromTreeNode(const std::shared_ptr<TreeNode>& RootNode) {
     if (!RootNode) {
@@ -246,6 +294,12 @@ void LessonMap::FromTreeNode(const std::shared_ptr<TreeNode>& RootNode) {
     Storage storage = NewStorage(NameOf(map_, "LessonMap.FromTreeNode"));
     document_ = std::move(storage.document);
     map_ = std::move(storage.map);
+    // Items are placed in the new tree in place, and the host's tree may
+    // search this map on the way: the index is dropped however the walk ends.
+    struct DropIndex {
+        std::unique_ptr<ItemIndex>& index;
+        ~DropIndex() { index.reset(); }
+    } dropIndex{index_};
 
     // Each stacked node's next sibling is asked for once its subtree is done;
     // its item is placed then too (see BuildFrame).
@@ -355,7 +409,7 @@ std::shared_ptr<LessonMap> LessonMap::Clone() const {
 void LessonMap::InsertStoryboard(std::string_view RootSBID, StoryboardInsertTypes Relation, std::string_view NewSBID) {
     constexpr const char* source = "LessonMap.InsertStoryboard";
     // An identifier that is not in the map counts as no root.
-    const xml::Element root = RootSBID.empty() ? xml::Element() : FindItemElement(map_, RootSBID);
+    const xml::Element root = RootSBID.empty() ? xml::Element() : FindItem(RootSBID);
     if (NewSBID.empty()) {
         frame::Raise(ErrInvalidArgument, source, "NewSBID cannot be ''.");
     }
@@ -386,14 +440,19 @@ void LessonMap::InsertStoryboard(std::string_view RootSBID, StoryboardInsertType
         place = {map_, map_.FirstChild()};
     }
     place.parent.InsertBefore(item, place.reference);
+    if (index_ && index_->map == map_) {
+        index_->Add(NewSBID, item);
+    }
 }
 
 void LessonMap::InsertMap(std::string_view RootSBID, StoryboardInsertTypes Relation,
                           const std::shared_ptr<LessonMap>& NewMap) {
-    const xml::Element root = RootSBID.empty() ? xml::Element() : FindItemElement(map_, RootSBID);
+    const xml::Element root = RootSBID.empty() ? xml::Element() : FindItem(RootSBID);
     if (!NewMap) {
         frame::Raise(ErrInvalidArgument, "LessonMap.InsertMap", "NewMap cannot be null.");
     }
+    // Items come in from elsewhere: the index is made again when next needed.
+    index_.reset();
     // One copy of the other map (which may be this very map) in this map's
     // document, taken before anything moves; its items are then moved into place.
     const xml::Element copy = CopyInto(NewMap->map_, document_);

@@ -1,5 +1,8 @@
 #include "support/text.hpp"
 
+#include <cstdint>
+#include <cstring>
+
 #include <quillbank/error.hpp>
 
 #include "frame/raise.hpp"
@@ -9,7 +12,25 @@ namespace quillbank::support {
 
 std::string StripControlChars(std::string_view text) {
     auto isStripped = [](unsigned char c) { return c <= 25 && c != 9 && c != 10 && c != 13; };
+    // The clean start, eight bytes at a time: a word without any byte below
+    // 26 holds nothing to strip (tabs and line breaks send a word through
+    // the byte test below).
     std::size_t i = 0;
+    const char* data = text.data();
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, data + i, 8);
+        constexpr std::uint64_t ones = 0x0101010101010101ull;
+        if (((word - ones * 26) & ~word & (ones * 0x80)) != 0) {
+            bool stripped = false;
+            for (std::size_t k = 0; k < 8; ++k) {
+                stripped = stripped || isStripped(static_cast<unsigned char>(data[i + k]));
+            }
+            if (stripped) {
+                break;
+            }
+        }
+    }
     while (i < text.size() && !isStripped(static_cast<unsigned char>(text[i]))) {
         ++i;
     }

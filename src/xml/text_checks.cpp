@@ -1,5 +1,9 @@
 #include "xml/text_checks.hpp"
 
+#include <array>
+#include <cstdint>
+#include <cstring>
+
 #include "xml/dom_error.hpp"
 
 namespace quillbank::xml {
@@ -8,9 +12,9 @@ namespace {
 
 constexpr const char* kDomSource = kDomErrorSource;
 
-bool InRange(char32_t c, char32_t low, char32_t high) { return c >= low && c <= high; }
+constexpr bool InRange(char32_t c, char32_t low, char32_t high) { return c >= low && c <= high; }
 
-bool IsNameStartChar(char32_t c) {
+constexpr bool IsNameStartChar(char32_t c) {
     if (c < 0x80) {
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == ':';
     }
@@ -20,9 +24,38 @@ bool IsNameStartChar(char32_t c) {
            InRange(c, 0xF900, 0xFDCF) || InRange(c, 0xFDF0, 0xFFFD) || InRange(c, 0x10000, 0xEFFFF);
 }
 
-bool IsNameChar(char32_t c) {
+constexpr bool IsNameChar(char32_t c) {
     return IsNameStartChar(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == 0xB7 ||
            InRange(c, 0x300, 0x36F) || InRange(c, 0x203F, 0x2040);
+}
+
+// ASCII name characters: 1 may start a name, 2 may follow in one.
+constexpr std::array<std::uint8_t, 128> MakeAsciiNameTable() {
+    std::array<std::uint8_t, 128> table{};
+    for (char32_t c = 0; c < 128; ++c) {
+        table[c] = static_cast<std::uint8_t>((IsNameStartChar(c) ? 1 : 0) | (IsNameChar(c) ? 2 : 0));
+    }
+    return table;
+}
+constexpr std::array<std::uint8_t, 128> kAsciiName = MakeAsciiNameTable();
+
+// The length of the run of ASCII bytes at the start of `text`, eight bytes
+// at a time.
+std::size_t AsciiPrefix(std::string_view text) {
+    const char* data = text.data();
+    const std::size_t size = text.size();
+    std::size_t pos = 0;
+    for (; pos + 8 <= size; pos += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, data + pos, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            break;
+        }
+    }
+    while (pos < size && static_cast<unsigned char>(data[pos]) < 0x80) {
+        ++pos;
+    }
+    return pos;
 }
 
 }  // namespace
@@ -76,7 +109,7 @@ bool IsValidUtf8(std::string_view text) {
     while (pos < text.size()) {
         // Runs of ASCII need no decoding.
         if (static_cast<unsigned char>(text[pos]) < 0x80) {
-            ++pos;
+            pos += AsciiPrefix(text.substr(pos));
             continue;
         }
         char32_t c = 0;
@@ -94,11 +127,35 @@ bool IsXmlChar(char32_t c) {
     return c <= 0xD7FF || InRange(c, 0xE000, 0xFFFD) || InRange(c, 0x10000, 0x10FFFF);
 }
 
-bool IsXmlWhitespace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool IsAsciiXmlName(std::string_view name) {
+    if (name.empty()) {
+        return false;
+    }
+    for (std::size_t pos = 0; pos < name.size(); ++pos) {
+        const unsigned char b = static_cast<unsigned char>(name[pos]);
+        if (b >= 0x80 || (kAsciiName[b] & (pos == 0 ? 1 : 2)) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
 
 bool IsXmlName(std::string_view name) {
+    // Names of ASCII characters only, the usual case, by table.
     std::size_t pos = 0;
-    bool first = true;
+    for (; pos < name.size(); ++pos) {
+        const unsigned char b = static_cast<unsigned char>(name[pos]);
+        if (b >= 0x80) {
+            break;
+        }
+        if ((kAsciiName[b] & (pos == 0 ? 1 : 2)) == 0) {
+            return false;
+        }
+    }
+    if (pos == name.size()) {
+        return pos > 0;
+    }
+    bool first = pos == 0;
     while (pos < name.size()) {
         char32_t c = 0;
         if (!DecodeUtf8(name, pos, c)) {

@@ -20,11 +20,15 @@ bool IsValidUtf8(std::string_view text);
 // U+E000..U+FFFD, U+10000..U+10FFFF.
 bool IsXmlChar(char32_t c);
 
-bool IsXmlWhitespace(char c);
+inline bool IsXmlWhitespace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // An XML 1.0 Name (letters, digits, '_', ':', '-', '.', and the other name
 // characters); the empty string is not a name.
 bool IsXmlName(std::string_view name);
+
+// True when `name` is an XML Name made of ASCII characters only: such a name
+// passes RequireDocumentText and IsXmlName, so callers may skip both.
+bool IsAsciiXmlName(std::string_view name);
 
 // Raises ErrInvalidArgument when `text` is not valid UTF-8 or holds a NUL
 // character, which the document model cannot hold.

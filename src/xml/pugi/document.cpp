@@ -35,9 +35,11 @@ Document Document::Create() { return Document(std::make_shared<DocumentImpl>());
 
 Element Document::CreateElement(std::string_view name) {
     DocumentImpl& impl = Require(impl_);
-    RequireDocumentText(name);
-    if (!IsXmlName(name)) {
-        RaiseDomError("This name is not a valid XML name.");
+    if (!IsAsciiXmlName(name)) {
+        RequireDocumentText(name);
+        if (!IsXmlName(name)) {
+            RaiseDomError("This name is not a valid XML name.");
+        }
     }
     pugi::xml_node node = impl.Limbo().append_child(pugi::node_element);
     node.set_name(std::string(name).c_str());

@@ -83,6 +83,7 @@ public:
     }
     static Document MakeDocument(std::shared_ptr<DocumentImpl> doc) { return Document(std::move(doc)); }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Node& node) { return node.doc_; }
+    static pugi::xml_node PugiOf(const Node& node) { return ToPugi(node.node_); }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Document& doc) { return doc.impl_; }
 
 private:

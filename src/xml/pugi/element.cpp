@@ -60,9 +60,13 @@ bool Element::HasAttribute(std::string_view name) const { return static_cast<boo
 
 void Element::SetAttribute(std::string_view name, std::string_view value) {
     pugi::xml_node element = Require(node_);
-    RequireDocumentText(name);
+    // The usual ASCII name needs neither of the name checks.
+    const bool asciiName = IsAsciiXmlName(name);
+    if (!asciiName) {
+        RequireDocumentText(name);
+    }
     RequireDocumentText(value);
-    if (!IsXmlName(name)) {
+    if (!asciiName && !IsXmlName(name)) {
         RaiseDomError("This name is not a valid XML name.");
     }
     pugi::xml_attribute attribute = Find(element, name);
