@@ -7,6 +7,7 @@ packages=(
   g++ make cmake pkg-config
   libpugixml-dev libicu-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  clang-14 libclang-rt-14-dev
 )
 
 missing=()
