@@ -18,13 +18,14 @@ inline std::string_view AsText(const std::uint8_t* data, std::size_t size) {
 
 // The errors the readers document for text they cannot take: XML of the
 // wrong form, a wrong <ppc> root (5), too many child nodes (6), text that is
-// not UTF-8 (380), a failure of the document model.
+// not UTF-8 (380), a map without a name (94), a failure of the document model.
 inline bool IsDocumentedReaderError(const Error& error) {
     switch (error.Number()) {
         case ErrXmlForm:
         case ErrInvalidCall:
         case ErrOverflow:
         case ErrInvalidArgument:
+        case ErrNullArgument:
         case ErrXmlDom:
             return true;
         default:
