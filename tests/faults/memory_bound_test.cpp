@@ -45,32 +45,32 @@ void ExpectReadWithinBound(const std::string& what, const std::string& text) {
 }
 
 TEST(MemoryBound, ReadingStaysWithinAFixedMultipleOfTheText) {
-    ExpectReadWithinBound("a 16 MB attribute", "<lesson title=\"" + std::string(16u << 20, 'x') + "\"/>");
-    ExpectReadWithinBound("200,000 empty elements", "<lesson>" + Repeat("<x/>", 200000) + "</lesson>");
-    ExpectReadWithinBound("200,000 empty elements in a bag", "<lesson><ppc>" + Repeat("<x/>", 200000) + "</ppc></lesson>");
-    ExpectReadWithinBound("200,000 empty properties",
-                          "<lesson><ppc>" + Repeat("<intProp/>", 200000) + "</ppc></lesson>");
-    ExpectReadWithinBound("20,000 named properties", [] {
+    ExpectReadWithinBound("a 4 MB attribute", "<lesson title=\"" + std::string(4u << 20, 'x') + "\"/>");
+    ExpectReadWithinBound("50,000 empty elements", "<lesson>" + Repeat("<x/>", 50000) + "</lesson>");
+    ExpectReadWithinBound("50,000 empty elements in a bag", "<lesson><ppc>" + Repeat("<x/>", 50000) + "</ppc></lesson>");
+    ExpectReadWithinBound("50,000 empty properties",
+                          "<lesson><ppc>" + Repeat("<intProp/>", 50000) + "</ppc></lesson>");
+    ExpectReadWithinBound("5,000 named properties", [] {
         std::string text = "<lesson><ppc>";
-        for (int i = 0; i < 20000; ++i) {
+        for (int i = 0; i < 5000; ++i) {
             text += "<intProp name=\"p" + std::to_string(i) + "\" value=\"1\"/>";
         }
         return text + "</ppc></lesson>";
     }());
-    ExpectReadWithinBound("10,000 storyboards", [] {
+    ExpectReadWithinBound("2,500 storyboards", [] {
         std::string text = "<lesson><storyboards>";
-        for (int i = 0; i < 10000; ++i) {
+        for (int i = 0; i < 2500; ++i) {
             text += "<storyboard sbid=\"S" + std::to_string(i) + "\"><ppc/><cec><ce/></cec></storyboard>";
         }
         return text + "</storyboards></lesson>";
     }());
-    ExpectReadWithinBound("100,000 nested elements",
-                          "<lesson>" + Repeat("<x>", 100000) + Repeat("</x>", 100000) + "</lesson>");
-    ExpectReadWithinBound("the nesting limit of bags, 1,000 times over",
-                          "<lesson><ppc>" + Repeat("<ppcProp name=\"p\"><ppc>", 200000) +
-                              Repeat("</ppc></ppcProp>", 200000) + "</ppc></lesson>");
-    ExpectReadWithinBound("100,000 map items",
-                          "<lesson><maps><map name=\"m\">" + Repeat("<item sbid=\"A\"/>", 100000) +
+    ExpectReadWithinBound("25,000 nested elements",
+                          "<lesson>" + Repeat("<x>", 25000) + Repeat("</x>", 25000) + "</lesson>");
+    ExpectReadWithinBound("the nesting limit of bags, 100 times over",
+                          "<lesson><ppc>" + Repeat("<ppcProp name=\"p\"><ppc>", 20000) +
+                              Repeat("</ppc></ppcProp>", 20000) + "</ppc></lesson>");
+    ExpectReadWithinBound("25,000 map items",
+                          "<lesson><maps><map name=\"m\">" + Repeat("<item sbid=\"A\"/>", 25000) +
                               "</map></maps></lesson>");
 }
 
