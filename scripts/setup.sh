@@ -11,6 +11,7 @@ packages=(
   # library, the IDL files widl imports, Wine to run the tests, and
   # GoogleTest's sources to cross-compile the core suite.
   g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev wine64 googletest
+  clang-14 libclang-rt-14-dev
 )
 
 missing=()

@@ -3,7 +3,65 @@
 #include <quillbank/child_element_collection.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 
+#include <utility>
+#include <vector>
+
+#include "frame/raise.hpp"
+#include "properties/nesting.hpp"
+
 namespace quillbank {
+
+namespace properties {
+
+void NestingLevel::Require(const char* source) const {
+    if (!entered_) {
+        frame::Raise(ErrOutOfStackSpace, source, frame::kOutOfStackSpace);
+    }
+}
+
+}  // namespace properties
+
+namespace {
+
+// The bags and lists let go by properties that are being destroyed inside the
+// outermost such destructor of this thread. They are released one after
+// another from there rather than inside each other, so a deep nest costs no
+// stack when it is dropped. A plain pointer, so that nothing here is destroyed
+// at thread exit.
+thread_local std::vector<std::shared_ptr<void>>* t_pendingReleases = nullptr;
+
+}  // namespace
+
+PersistedProperty::~PersistedProperty() {
+    if (!ppc_ && !cec_) {
+        return;
+    }
+    auto defer = [this](std::vector<std::shared_ptr<void>>& pending) {
+        try {
+            if (ppc_) {
+                pending.push_back(std::move(ppc_));
+            }
+            if (cec_) {
+                pending.push_back(std::move(cec_));
+            }
+        } catch (...) {
+            // Out of memory: what is left is released the ordinary way.
+        }
+    };
+    if (t_pendingReleases != nullptr) {
+        defer(*t_pendingReleases);
+        return;
+    }
+    std::vector<std::shared_ptr<void>> pending;
+    t_pendingReleases = &pending;
+    defer(pending);
+    while (!pending.empty()) {
+        std::shared_ptr<void> next = std::move(pending.back());
+        pending.pop_back();
+        next.reset();
+    }
+    t_pendingReleases = nullptr;
+}
 
 std::shared_ptr<PersistedProperty> PersistedProperty::Create() {
     return std::shared_ptr<PersistedProperty>(new PersistedProperty());
@@ -155,12 +213,16 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
             // and untyped. The copy takes one deep copy of the bag (copying it
             // twice would give the same result at twice the cost a level).
             if (ppc_) {
+                const properties::NestingLevel level;
+                level.Require("PersistedPropertyCollection.Clone");
                 copy->SetIdentity(name_, ptPPC, encoding_type_);
                 copy->ppc_ = ppc_->Clone();
             }
             break;
         case ptCEC:
             if (cec_) {
+                const properties::NestingLevel level;
+                level.Require("ChildElementCollection.Clone");
                 copy->SetIdentity(name_, ptCEC, encoding_type_);
                 copy->cec_ = cec_->Clone();
             }

@@ -26,6 +26,9 @@ public:
     // An untyped property: no name, ptNone, etNotEncoded, every slot empty.
     static std::shared_ptr<PersistedProperty> Create();
 
+    // Releases a held bag or list without recursing into it (see the .cpp).
+    ~PersistedProperty();
+
     PersistedProperty(const PersistedProperty&) = delete;
     PersistedProperty& operator=(const PersistedProperty&) = delete;
 

@@ -8,6 +8,7 @@
 #include <quillbank/persisted_property_collection.hpp>
 
 #include "frame/raise.hpp"
+#include "properties/nesting.hpp"
 #include "properties/persisted_property.hpp"
 #include "support/ansi.hpp"
 #include "support/base64_coders.hpp"
@@ -145,16 +146,22 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
                 element.SetAttribute("map", location_.MapName);
             }
             break;
-        case ptPPC:
+        case ptPPC: {
+            const properties::NestingLevel level;
+            level.Require("PersistedPropertyCollection.ToXMLElement");
             if (ppc_ && ppc_->Count() > 0) {
                 element.AppendChild(ppc_->ToXMLElement(Document));
             }
             break;
-        case ptCEC:
+        }
+        case ptCEC: {
+            const properties::NestingLevel level;
+            level.Require("ChildElementCollection.ToXMLElement");
             if (cec_ && cec_->Count() > 0) {
                 element.AppendChild(cec_->ToXMLElement(Document));
             }
             break;
+        }
         default:
             break;
     }
@@ -193,18 +200,29 @@ xml::Element PersistedProperty::ToXMLElement(const xml::Document& Document) {
             encoded.SetText(support::EncodeBase64(plainText));
         }
         return encoded;
+    } catch (const Error& error) {
+        // Nesting past the limit (or a bag that contains itself) is not
+        // trapped: it fails the whole write instead of silently leaving out
+        // what lies deeper.
+        if (error.Number() == ErrOutOfStackSpace) {
+            throw;
+        }
+        return {};
     } catch (...) {
-        // Any failure means this property has no element.
+        // Any other failure means this property has no element.
         return {};
     }
 }
 
 xml::Element PersistedProperty::ToClearXMLElement(const xml::Document& Document) {
-    const EncodingTypes remembered = encoding_type_;
+    // The encoding is put back also when the write raises.
+    struct Restore {
+        PersistedProperty& property;
+        EncodingTypes remembered;
+        ~Restore() { property.encoding_type_ = remembered; }
+    } restore{*this, encoding_type_};
     encoding_type_ = etNotEncoded;
-    xml::Element element = ToXMLElement(Document);
-    encoding_type_ = remembered;
-    return element;
+    return ToXMLElement(Document);
 }
 
 void PersistedProperty::FromXMLElement(const xml::Element& Element) {
@@ -301,6 +319,12 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         location_.EndPoint = support::VariantToText(element.GetAttribute("to"), "");
         location_.MapName = support::VariantToText(element.GetAttribute("map"), "");
     } else if (elementName == "ppcprop") {
+        // A bag nested past the limit is not read: the property stays untyped.
+        const properties::NestingLevel level;
+        if (!level.Entered()) {
+            property_type_ = ptNone;
+            return;
+        }
         property_type_ = ptPPC;
         // Without a "ppc" child the value is an empty bag, not null.
         ppc_ = PersistedPropertyCollection::Create();
@@ -310,6 +334,11 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
             }
         }
     } else if (elementName == "cecprop") {
+        const properties::NestingLevel level;
+        if (!level.Entered()) {
+            property_type_ = ptNone;
+            return;
+        }
         property_type_ = ptCEC;
         cec_ = ChildElementCollection::Create();
         for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
