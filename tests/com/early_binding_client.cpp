@@ -203,6 +203,141 @@ void CheckPersistedPropertyCollection() {
     bag->Release();
 }
 
+void CheckChildElements() {
+    _ChildElement* element = nullptr;
+    _ChildElementCollection* list = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_ChildElement, nullptr, CLSCTX_INPROC_SERVER, IID__ChildElement,
+                                  reinterpret_cast<void**>(&element));
+    Check(SUCCEEDED(hr) && element != nullptr, "ChildElement is created by its class identifier", Hex(hr));
+    hr = CoCreateInstance(CLSID_ChildElementCollection, nullptr, CLSCTX_INPROC_SERVER, IID__ChildElementCollection,
+                          reinterpret_cast<void**>(&list));
+    Check(SUCCEEDED(hr) && list != nullptr, "ChildElementCollection is created by its class identifier", Hex(hr));
+    if (element == nullptr || list == nullptr) {
+        return;
+    }
+    BSTR box = SysAllocString(L"box");
+    BSTR caption = SysAllocString(L"caption");
+    BSTR value = SysAllocString(L"Halves");
+    BSTR kids = SysAllocString(L"kids");
+    element->put_Name(box);
+    element->SetString(caption, value, etBase64Encoded);
+
+    _PersistedPropertyCollection* first = nullptr;
+    _PersistedPropertyCollection* second = nullptr;
+    element->get_PPCObject(&first);
+    element->get_PPCObject(&second);
+    BSTR bagName = nullptr;
+    LONG encoding = 0;
+    if (first != nullptr) {
+        first->get_Name(&bagName);
+        first->GetEncodingType(caption, &encoding);
+    }
+    Check(first != nullptr && first == second && Take(bagName) == L"box" && encoding == etBase64Encoded,
+          "PPCObject is the element's one bag, named as the element");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+
+    ::LocationData location{SysAllocString(L"b"), SysAllocString(L"a"), SysAllocString(L"map")};
+    BSTR where = SysAllocString(L"where");
+    hr = element->SetLocation(where, &location, etNotEncoded);
+    ::LocationData fallback{};
+    ::LocationData read{};
+    const HRESULT readStatus = element->GetLocation(where, &fallback, &read);
+    Check(hr == S_OK && readStatus == S_OK && Take(read.MapName) == L"map" &&
+              std::wstring(location.MapName) == L"map",
+          "SetLocation and GetLocation pass the record by reference", Hex(readStatus));
+    Take(read.StartPoint);
+    Take(read.EndPoint);
+    for (BSTR text : {location.StartPoint, location.EndPoint, location.MapName, where}) {
+        SysFreeString(text);
+    }
+
+    hr = list->Append(element);
+    _ChildElement* item = nullptr;
+    list->get_Item(0, &item);
+    LONG index = -2;
+    list->IndexOf(element, &index);
+    LONG count = 0;
+    list->get_Count(&count);
+    Check(hr == S_OK && item == element && index == 0 && count == 1,
+          "Append keeps the caller's object; Item hands the same COM object back", Hex(hr));
+    if (item != nullptr) {
+        item->Release();
+    }
+    item = element;
+    item->AddRef();
+    hr = list->Insert(nullptr, 0);
+    list->get_Count(&count);
+    Check(hr == S_OK && count == 1, "Insert of a null element changes nothing", Hex(hr));
+    item->Release();
+
+    _PersistedPropertyCollection* bag = nullptr;
+    CoCreateInstance(CLSID_PersistedPropertyCollection, nullptr, CLSCTX_INPROC_SERVER,
+                     IID__PersistedPropertyCollection, reinterpret_cast<void**>(&bag));
+    _ChildElementCollection* stored = nullptr;
+    _ChildElementCollection* again = nullptr;
+    if (bag != nullptr) {
+        hr = bag->SetCEC(kids, list, etNotEncoded);
+        bag->GetCEC(kids, nullptr, &stored);
+        bag->GetCEC(kids, nullptr, &again);
+    }
+    LONG storedCount = 0;
+    if (stored != nullptr) {
+        stored->get_Count(&storedCount);
+    }
+    Check(hr == S_OK && stored != nullptr && stored == again && stored != list && storedCount == 1,
+          "the bag stores a copy of a child-element list and hands out one COM object", Hex(hr));
+    for (auto* object : {stored, again}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    if (bag != nullptr) {
+        hr = bag->SetCEC(kids, reinterpret_cast<_ChildElementCollection*>(bag), etNotEncoded);
+        Check(hr == static_cast<HRESULT>(0x800A000D), "SetCEC of a bag fails with the host's error 13", Hex(hr));
+        bag->Release();
+    }
+
+    IXMLDOMElement* xmlElement = nullptr;
+    hr = element->ToClearXMLElement(nullptr, &xmlElement);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
+          "ChildElement.ToClearXMLElement of a null document fails with the host's error 94", Hex(hr));
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    const std::wstring sourceText = Take(source);
+    Check(sourceText == L"ChildElement.ToXMLElement", "the clear writer's error names ToXMLElement", sourceText);
+    hr = list->ToXMLElement(nullptr, &xmlElement);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
+          "ChildElementCollection.ToXMLElement of a null document fails with the host's error 94", Hex(hr));
+    BSTR broken = SysAllocString(L"<ce");
+    hr = element->FromXMLString(broken);
+    SysFreeString(broken);
+    Check(hr == static_cast<HRESULT>(0x800403E9), "ChildElement.FromXMLString of broken text fails with 0x800403E9",
+          Hex(hr));
+
+    ISupportErrorInfo* support = nullptr;
+    hr = list->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(&support));
+    Check(hr == S_OK && support != nullptr &&
+              support->InterfaceSupportsErrorInfo(IID__ChildElementCollection) == S_OK,
+          "ChildElementCollection supports error information");
+    if (support != nullptr) {
+        support->Release();
+    }
+
+    for (BSTR text : {box, caption, value, kids}) {
+        SysFreeString(text);
+    }
+    list->Release();
+    element->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -217,6 +352,60 @@ struct Member {
     const wchar_t* name;
     INVOKEKIND kind;
 };
+
+// The members of one dual interface in slot order, on its vtable half, and
+// the vtable half hidden, dual, non-extensible and automation-compatible.
+void CheckSlotOrder(ITypeLib* library, REFIID iid, const char* interfaceName, const Member* members,
+                    std::size_t count) {
+    const std::string label(interfaceName);
+    ITypeInfo* dispatchInfo = nullptr;
+    ITypeInfo* vtableInfo = nullptr;
+    library->GetTypeInfoOfGuid(iid, &dispatchInfo);
+    if (dispatchInfo != nullptr) {
+        HREFTYPE reference = 0;
+        if (SUCCEEDED(dispatchInfo->GetRefTypeOfImplType(-1, &reference))) {
+            dispatchInfo->GetRefTypeInfo(reference, &vtableInfo);
+        }
+        dispatchInfo->Release();
+    }
+    Check(vtableInfo != nullptr, (label + " has its vtable interface").c_str());
+    if (vtableInfo == nullptr) {
+        return;
+    }
+    TYPEATTR* attributes = nullptr;
+    WORD flags = 0;
+    if (SUCCEEDED(vtableInfo->GetTypeAttr(&attributes))) {
+        flags = attributes->wTypeFlags;
+        vtableInfo->ReleaseTypeAttr(attributes);
+    }
+    const WORD wanted = TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL | TYPEFLAG_FNONEXTENSIBLE | TYPEFLAG_FOLEAUTOMATION;
+    Check((flags & wanted) == wanted,
+          ("the vtable half of " + label + " is hidden, dual, non-extensible, automation").c_str(), Hex(flags));
+    bool inOrder = true;
+    std::wstring seen;
+    for (UINT i = 0; i < count; ++i) {
+        FUNCDESC* description = nullptr;
+        if (FAILED(vtableInfo->GetFuncDesc(i, &description))) {
+            inOrder = false;
+            break;
+        }
+        BSTR text = nullptr;
+        vtableInfo->GetDocumentation(description->memid, &text, nullptr, nullptr, nullptr);
+        const std::wstring name = Take(text);
+        seen += name + L" ";
+        // The slot after IDispatch's seven, in order.
+        const bool slot = description->oVft == static_cast<SHORT>((7 + i) * sizeof(void*));
+        inOrder = inOrder && name == members[i].name && description->invkind == members[i].kind && slot;
+        vtableInfo->ReleaseFuncDesc(description);
+    }
+    FUNCDESC* extra = nullptr;
+    if (SUCCEEDED(vtableInfo->GetFuncDesc(static_cast<UINT>(count), &extra))) {
+        inOrder = false;
+        vtableInfo->ReleaseFuncDesc(extra);
+    }
+    Check(inOrder, (label + " members are in slot order").c_str(), seen);
+    vtableInfo->Release();
+}
 
 void CheckTypeLibrary() {
     ITypeLib* library = nullptr;
@@ -254,6 +443,10 @@ void CheckTypeLibrary() {
         {&IID__PersistedPropertyCollection, L"_PersistedPropertyCollection", TKIND_DISPATCH},
         {&IID__Constants, L"_Constants", TKIND_DISPATCH},
         {&IID__Functions, L"_Functions", TKIND_DISPATCH},
+        {&CLSID_ChildElement, L"ChildElement", TKIND_COCLASS},
+        {&IID__ChildElement, L"_ChildElement", TKIND_DISPATCH},
+        {&CLSID_ChildElementCollection, L"ChildElementCollection", TKIND_COCLASS},
+        {&IID__ChildElementCollection, L"_ChildElementCollection", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -288,61 +481,46 @@ void CheckTypeLibrary() {
             const std::string flagLabel = label + " as hidden, dual, non-extensible, dispatchable";
             Check((flags & wanted) == wanted, flagLabel.c_str(), Hex(flags));
         }
-        if (entry.kind == TKIND_COCLASS && entry.guid != &CLSID_PersistedPropertyCollection) {
+        if (entry.guid == &CLSID_Constants || entry.guid == &CLSID_Functions) {
             const std::string flagLabel = label + " as an application object";
             Check((flags & TYPEFLAG_FAPPOBJECT) != 0, flagLabel.c_str(), Hex(flags));
         }
     }
 
-    // The members of _Functions in slot order, on the vtable interface.
-    const Member members[] = {
-        {L"OCXPath", INVOKE_PROPERTYGET}, {L"OCXVersion", INVOKE_PROPERTYGET}, {L"OCXFilename", INVOKE_PROPERTYGET},
-        {L"NewGUID", INVOKE_FUNC}, {L"EmptyGUID", INVOKE_FUNC}, {L"HTMLColorToOLEColor", INVOKE_FUNC},
-        {L"OLEColorToHTMLColor", INVOKE_FUNC}, {L"NewAssetData", INVOKE_FUNC}, {L"NewFontData", INVOKE_FUNC},
-        {L"NewLocationData", INVOKE_FUNC}, {L"NewRectangle", INVOKE_FUNC}, {L"CleanXMLString", INVOKE_FUNC},
-        {L"FormatXMLString", INVOKE_FUNC},
+    // The members of each interface in slot order, on the vtable interface.
+    constexpr INVOKEKIND get = INVOKE_PROPERTYGET;
+    constexpr INVOKEKIND put = INVOKE_PROPERTYPUT;
+    constexpr INVOKEKIND call = INVOKE_FUNC;
+    const Member functions[] = {
+        {L"OCXPath", get}, {L"OCXVersion", get}, {L"OCXFilename", get},
+        {L"NewGUID", call}, {L"EmptyGUID", call}, {L"HTMLColorToOLEColor", call},
+        {L"OLEColorToHTMLColor", call}, {L"NewAssetData", call}, {L"NewFontData", call},
+        {L"NewLocationData", call}, {L"NewRectangle", call}, {L"CleanXMLString", call},
+        {L"FormatXMLString", call},
     };
-    ITypeInfo* dispatchInfo = nullptr;
-    ITypeInfo* vtableInfo = nullptr;
-    library->GetTypeInfoOfGuid(IID__Functions, &dispatchInfo);
-    if (dispatchInfo != nullptr) {
-        HREFTYPE reference = 0;
-        if (SUCCEEDED(dispatchInfo->GetRefTypeOfImplType(-1, &reference))) {
-            dispatchInfo->GetRefTypeInfo(reference, &vtableInfo);
-        }
-        dispatchInfo->Release();
-    }
-    Check(vtableInfo != nullptr, "_Functions has its vtable interface");
-    if (vtableInfo != nullptr) {
-        TYPEATTR* attributes = nullptr;
-        WORD flags = 0;
-        if (SUCCEEDED(vtableInfo->GetTypeAttr(&attributes))) {
-            flags = attributes->wTypeFlags;
-            vtableInfo->ReleaseTypeAttr(attributes);
-        }
-        const WORD wanted = TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL | TYPEFLAG_FNONEXTENSIBLE | TYPEFLAG_FOLEAUTOMATION;
-        Check((flags & wanted) == wanted, "the vtable half of _Functions is hidden, dual, non-extensible, automation",
-              Hex(flags));
-        bool inOrder = true;
-        std::wstring seen;
-        for (UINT i = 0; i < sizeof members / sizeof members[0]; ++i) {
-            FUNCDESC* description = nullptr;
-            if (FAILED(vtableInfo->GetFuncDesc(i, &description))) {
-                inOrder = false;
-                break;
-            }
-            BSTR text = nullptr;
-            vtableInfo->GetDocumentation(description->memid, &text, nullptr, nullptr, nullptr);
-            const std::wstring name = Take(text);
-            seen += name + L" ";
-            // The slot after IDispatch's seven, in order.
-            const bool slot = description->oVft == static_cast<SHORT>((7 + i) * sizeof(void*));
-            inOrder = inOrder && name == members[i].name && description->invkind == members[i].kind && slot;
-            vtableInfo->ReleaseFuncDesc(description);
-        }
-        Check(inOrder, "_Functions members are in slot order", seen);
-        vtableInfo->Release();
-    }
+    CheckSlotOrder(library, IID__Functions, "_Functions", functions, sizeof functions / sizeof functions[0]);
+    const Member childElement[] = {
+        {L"Name", get}, {L"Name", put}, {L"ElementType", get}, {L"ElementType", put}, {L"PPCObject", get},
+        {L"Count", get}, {L"Exists", get}, {L"Remove", call}, {L"Clear", call}, {L"GetBoolean", call},
+        {L"SetBoolean", call}, {L"GetLong", call}, {L"SetLong", call}, {L"GetDouble", call}, {L"SetDouble", call},
+        {L"GetString", call}, {L"SetString", call}, {L"GetColor", call}, {L"SetColor", call}, {L"GetFont", call},
+        {L"SetFont", call}, {L"GetRectangle", call}, {L"SetRectangle", call}, {L"GetAsset", call},
+        {L"SetAsset", call}, {L"GetLocation", call}, {L"SetLocation", call}, {L"GetPPC", call}, {L"SetPPC", call},
+        {L"GetCEC", call}, {L"SetCEC", call}, {L"Clone", call}, {L"FromPPC", call}, {L"ToClearXMLElement", call},
+        {L"ToXMLElement", call}, {L"ToClearXMLString", call}, {L"ToXMLString", call}, {L"FromXMLElement", call},
+        {L"FromXMLString", call},
+    };
+    CheckSlotOrder(library, IID__ChildElement, "_ChildElement", childElement,
+                   sizeof childElement / sizeof childElement[0]);
+    const Member childElementCollection[] = {
+        {L"Name", get}, {L"Name", put}, {L"Length", get}, {L"Count", get}, {L"Item", get}, {L"IndexOf", call},
+        {L"Append", call}, {L"Insert", call}, {L"Remove", call}, {L"RemoveAt", call}, {L"Clear", call},
+        {L"Swap", call}, {L"MovePrevious", call}, {L"MoveNext", call}, {L"MoveFirst", call}, {L"MoveLast", call},
+        {L"MoveTo", call}, {L"Clone", call}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call},
+        {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__ChildElementCollection, "_ChildElementCollection", childElementCollection,
+                   sizeof childElementCollection / sizeof childElementCollection[0]);
     library->Release();
 }
 
@@ -407,6 +585,7 @@ int main() {
     }
     CheckFunctions();
     CheckPersistedPropertyCollection();
+    CheckChildElements();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
