@@ -18,6 +18,8 @@ namespace quillbank {
 class ChildElement;
 class ChildElementCollection;
 class PersistedPropertyCollection;
+class Storyboard;
+class StoryboardCollection;
 }
 
 namespace quillbank::com {
@@ -34,6 +36,10 @@ inline constexpr GUID kServerChildElementId = {0x2A4E8C72, 0x5B0D, 0x4F3E,
                                                {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 inline constexpr GUID kServerChildElementListId = {0x2A4E8C73, 0x5B0D, 0x4F3E,
                                                    {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
+inline constexpr GUID kServerStoryboardId = {0x2A4E8C74, 0x5B0D, 0x4F3E,
+                                             {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
+inline constexpr GUID kServerStoryboardSetId = {0x2A4E8C75, 0x5B0D, 0x4F3E,
+                                                {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 
 HRESULT CreatePersistedPropertyCollection(REFIID iid, void** object);
 
@@ -55,5 +61,15 @@ _ChildElementCollection* WrapCEC(const std::shared_ptr<ChildElementCollection>& 
 // an object of another kind.
 std::shared_ptr<ChildElement> UnwrapCE(IUnknown* object);
 std::shared_ptr<ChildElementCollection> UnwrapCEC(IUnknown* object);
+
+HRESULT CreateStoryboard(REFIID iid, void** object);
+HRESULT CreateStoryboardCollection(REFIID iid, void** object);
+
+// The one COM object of a storyboard or of a set of storyboards; null for
+// null. Unwrapping as above.
+_Storyboard* WrapSB(const std::shared_ptr<Storyboard>& storyboard);
+_StoryboardCollection* WrapSBC(const std::shared_ptr<StoryboardCollection>& storyboards);
+std::shared_ptr<Storyboard> UnwrapSB(IUnknown* object);
+std::shared_ptr<StoryboardCollection> UnwrapSBC(IUnknown* object);
 
 }  // namespace quillbank::com

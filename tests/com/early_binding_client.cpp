@@ -338,6 +338,87 @@ void CheckChildElements() {
     element->Release();
 }
 
+void CheckStoryboards() {
+    _Storyboard* board = nullptr;
+    _StoryboardCollection* boards = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_Storyboard, nullptr, CLSCTX_INPROC_SERVER, IID__Storyboard,
+                                  reinterpret_cast<void**>(&board));
+    Check(SUCCEEDED(hr) && board != nullptr, "Storyboard is created by its class identifier", Hex(hr));
+    hr = CoCreateInstance(CLSID_StoryboardCollection, nullptr, CLSCTX_INPROC_SERVER, IID__StoryboardCollection,
+                          reinterpret_cast<void**>(&boards));
+    Check(SUCCEEDED(hr) && boards != nullptr, "StoryboardCollection is created by its class identifier", Hex(hr));
+    if (board == nullptr || boards == nullptr) {
+        return;
+    }
+    BSTR id = nullptr;
+    board->get_SBID(&id);
+    _Storyboard* added = nullptr;
+    hr = boards->Add(board, &added);
+    _Storyboard* item = nullptr;
+    boards->get_Item(id, &item);
+    Check(hr == S_OK && added == board && item == board, "Add and Item hand back the same COM object", Hex(hr));
+    for (auto* object : {added, item}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    hr = boards->putref_CurrentSB(board);
+    BSTR currentId = nullptr;
+    boards->get_CurrentSBID(&currentId);
+    Check(hr == S_OK && Take(currentId) == std::wstring(id), "CurrentSB is set by reference", Hex(hr));
+
+    IUnknown* unknown = nullptr;
+    hr = boards->get_NewEnum(&unknown);
+    IEnumVARIANT* walk = nullptr;
+    if (unknown != nullptr) {
+        unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&walk));
+        unknown->Release();
+    }
+    bool walked = false;
+    if (walk != nullptr) {
+        VARIANT items[2];
+        VariantInit(&items[0]);
+        VariantInit(&items[1]);
+        ULONG fetched = 0;
+        const HRESULT next = walk->Next(2, items, &fetched);
+        walked = next == S_FALSE && fetched == 1 && V_VT(&items[0]) == VT_DISPATCH &&
+                 V_DISPATCH(&items[0]) == static_cast<IDispatch*>(board);
+        VariantClear(&items[0]);
+        walk->Release();
+    }
+    Check(hr == S_OK && walked, "NewEnum gives an IEnumVARIANT over the storyboards", Hex(hr));
+
+    _PersistedPropertyCollection* first = nullptr;
+    _PersistedPropertyCollection* second = nullptr;
+    board->get_Properties(&first);
+    board->get_Properties(&second);
+    Check(first != nullptr && first == second, "Properties is one COM object");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+
+    IXMLDOMElement* element = nullptr;
+    hr = boards->ToClearXMLElement(nullptr, &element);
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    const std::wstring sourceText = Take(source);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && sourceText == L"StoryboardtCollection.ToXMLElement",
+          "the set's writers fail with error 94 under their own source", sourceText);
+    VARIANT empty;
+    hr = board->CopyFrom(nullptr, &empty);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "CopyFrom of null fails with the host's error 94", Hex(hr));
+
+    SysFreeString(id);
+    boards->Release();
+    board->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -447,6 +528,10 @@ void CheckTypeLibrary() {
         {&IID__ChildElement, L"_ChildElement", TKIND_DISPATCH},
         {&CLSID_ChildElementCollection, L"ChildElementCollection", TKIND_COCLASS},
         {&IID__ChildElementCollection, L"_ChildElementCollection", TKIND_DISPATCH},
+        {&CLSID_Storyboard, L"Storyboard", TKIND_COCLASS},
+        {&IID__Storyboard, L"_Storyboard", TKIND_DISPATCH},
+        {&CLSID_StoryboardCollection, L"StoryboardCollection", TKIND_COCLASS},
+        {&IID__StoryboardCollection, L"_StoryboardCollection", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -521,6 +606,32 @@ void CheckTypeLibrary() {
     };
     CheckSlotOrder(library, IID__ChildElementCollection, "_ChildElementCollection", childElementCollection,
                    sizeof childElementCollection / sizeof childElementCollection[0]);
+    const Member storyboard[] = {
+        {L"SBID", get}, {L"Title", get}, {L"Title", put}, {L"Identifier", get}, {L"Identifier", put},
+        {L"SBType", get}, {L"SBType", put}, {L"Classification", get}, {L"Classification", put},
+        {L"Properties", get}, {L"Children", get}, {L"Clone", call}, {L"Duplicate", call}, {L"CopyFrom", call},
+        {L"ToClearXMLElement", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__Storyboard, "_Storyboard", storyboard, sizeof storyboard / sizeof storyboard[0]);
+    const Member storyboardCollection[] = {
+        {L"CurrentSB", get}, {L"CurrentSB", INVOKE_PROPERTYPUTREF}, {L"CurrentSBID", get}, {L"CurrentSBID", put},
+        {L"Add", call}, {L"Contains", call}, {L"Count", get}, {L"Item", get}, {L"NewEnum", get},
+        {L"Remove", call}, {L"Clear", call}, {L"RemoveCollection", call}, {L"AddCollection", call},
+        {L"Clone", call}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__StoryboardCollection, "_StoryboardCollection", storyboardCollection,
+                   sizeof storyboardCollection / sizeof storyboardCollection[0]);
+    ITypeInfo* setInfo = nullptr;
+    library->GetTypeInfoOfGuid(IID__StoryboardCollection, &setInfo);
+    if (setInfo != nullptr) {
+        MEMBERID ids[2] = {1, 1};
+        LPOLESTR names[2] = {const_cast<LPOLESTR>(L"Item"), const_cast<LPOLESTR>(L"NewEnum")};
+        setInfo->GetIDsOfNames(&names[0], 1, &ids[0]);
+        setInfo->GetIDsOfNames(&names[1], 1, &ids[1]);
+        Check(ids[0] == DISPID_VALUE, "Item is the default member of _StoryboardCollection");
+        Check(ids[1] == DISPID_NEWENUM, "NewEnum is the enumerator member of _StoryboardCollection");
+        setInfo->Release();
+    }
     library->Release();
 }
 
@@ -586,6 +697,7 @@ int main() {
     CheckFunctions();
     CheckPersistedPropertyCollection();
     CheckChildElements();
+    CheckStoryboards();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
