@@ -20,6 +20,7 @@ class ChildElementCollection;
 class PersistedPropertyCollection;
 class Storyboard;
 class StoryboardCollection;
+class LessonMap;
 }
 
 namespace quillbank::com {
@@ -40,6 +41,8 @@ inline constexpr GUID kServerStoryboardId = {0x2A4E8C74, 0x5B0D, 0x4F3E,
                                              {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 inline constexpr GUID kServerStoryboardSetId = {0x2A4E8C75, 0x5B0D, 0x4F3E,
                                                 {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
+inline constexpr GUID kServerLessonMapId = {0x2A4E8C76, 0x5B0D, 0x4F3E,
+                                            {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 
 HRESULT CreatePersistedPropertyCollection(REFIID iid, void** object);
 
@@ -71,5 +74,11 @@ _Storyboard* WrapSB(const std::shared_ptr<Storyboard>& storyboard);
 _StoryboardCollection* WrapSBC(const std::shared_ptr<StoryboardCollection>& storyboards);
 std::shared_ptr<Storyboard> UnwrapSB(IUnknown* object);
 std::shared_ptr<StoryboardCollection> UnwrapSBC(IUnknown* object);
+
+HRESULT CreateLessonMap(REFIID iid, void** object);
+
+// The one COM object of a lesson map; null for null. Unwrapping as above.
+_LessonMap* WrapMap(const std::shared_ptr<LessonMap>& map);
+std::shared_ptr<LessonMap> UnwrapMap(IUnknown* object);
 
 }  // namespace quillbank::com

@@ -66,7 +66,11 @@ xml::Element FindItemElement(const xml::Node& parent, std::string_view sbid) {
     if (!parent) {
         return {};
     }
+    // The walk counts its depth below `parent` instead of comparing the nodes
+    // it climbs back to with `parent`: Wine's MSXML hands out a new object on
+    // every navigation, so the parent reached again is not equal to `parent`.
     xml::Node node = parent.FirstChild();
+    int depth = 0;
     while (node) {
         if (node.IsElement()) {
             const xml::Element element = node.AsElement();
@@ -76,6 +80,7 @@ xml::Element FindItemElement(const xml::Node& parent, std::string_view sbid) {
             }
             if (xml::Node child = node.FirstChild()) {
                 node = std::move(child);
+                ++depth;
                 continue;
             }
         }
@@ -85,10 +90,11 @@ xml::Element FindItemElement(const xml::Node& parent, std::string_view sbid) {
                 node = std::move(next);
                 break;
             }
-            node = node.Parent();
-            if (node == parent) {
+            if (depth == 0) {
                 return {};
             }
+            node = node.Parent();
+            --depth;
         }
     }
     return {};
@@ -348,7 +354,10 @@ std::shared_ptr<LessonMap> LessonMap::Clone() const {
     // intermediate copy.
     std::shared_ptr<LessonMap> copy(new LessonMap());
     copy->document_ = xml::Document::Create();
-    copy->map_ = CopyInto(map_, copy->document_);
+    // The copy is cloned in this map's document before it moves to the new
+    // one: under Wine, MSXML moves the storage element itself when it is
+    // placed in another document, and the two maps would share their items.
+    copy->map_ = CopyInto(map_.CloneNode(true).AsElement(), copy->document_);
     return copy;
 }
 
@@ -396,7 +405,8 @@ void LessonMap::InsertMap(std::string_view RootSBID, StoryboardInsertTypes Relat
     }
     // One copy of the other map (which may be this very map) in this map's
     // document, taken before anything moves; its items are then moved into place.
-    const xml::Element copy = CopyInto(NewMap->map_, document_);
+    // (Cloned in its own document first, as in Clone.)
+    const xml::Element copy = CopyInto(NewMap->map_.CloneNode(true).AsElement(), document_);
 
     Place place;
     if (root) {

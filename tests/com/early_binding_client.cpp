@@ -419,6 +419,48 @@ void CheckStoryboards() {
     board->Release();
 }
 
+void CheckLessonMap() {
+    _LessonMap* map = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_LessonMap, nullptr, CLSCTX_INPROC_SERVER, IID__LessonMap,
+                                  reinterpret_cast<void**>(&map));
+    Check(SUCCEEDED(hr) && map != nullptr, "LessonMap is created by its class identifier", Hex(hr));
+    if (map == nullptr) {
+        return;
+    }
+    BSTR none = SysAllocString(L"");
+    BSTR a = SysAllocString(L"A");
+    hr = map->InsertStoryboard(none, sbitInsertAfter, a);
+    VARIANT_BOOL contains = VARIANT_FALSE;
+    map->Contains(a, &contains);
+    Check(hr == S_OK && contains == VARIANT_TRUE, "InsertStoryboard and Contains through the vtable", Hex(hr));
+    hr = map->InsertStoryboard(a, sbitInsertBefore, none);
+    Check(hr == static_cast<HRESULT>(0x800A017C), "an empty identifier fails with the host's error 380", Hex(hr));
+    VARIANT missing;
+    VariantInit(&missing);
+    V_VT(&missing) = VT_ERROR;
+    V_ERROR(&missing) = DISP_E_PARAMNOTFOUND;
+    IXMLDOMElement* element = nullptr;
+    hr = map->ToXMLElement(missing, &element);
+    BSTR name = nullptr;
+    if (element != nullptr) {
+        element->get_nodeName(&name);
+        element->Release();
+    }
+    Check(hr == S_OK && Take(name) == L"map", "ToXMLElement without a document gives the map element", Hex(hr));
+    hr = map->ToTreeNode(nullptr, nullptr);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "ToTreeNode without a node collection fails with error 94",
+          Hex(hr));
+    _LessonMap* clone = nullptr;
+    map->Clone(&clone);
+    Check(clone != nullptr && clone != map, "Clone gives a new map");
+    if (clone != nullptr) {
+        clone->Release();
+    }
+    SysFreeString(none);
+    SysFreeString(a);
+    map->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -532,6 +574,8 @@ void CheckTypeLibrary() {
         {&IID__Storyboard, L"_Storyboard", TKIND_DISPATCH},
         {&CLSID_StoryboardCollection, L"StoryboardCollection", TKIND_COCLASS},
         {&IID__StoryboardCollection, L"_StoryboardCollection", TKIND_DISPATCH},
+        {&CLSID_LessonMap, L"LessonMap", TKIND_COCLASS},
+        {&IID__LessonMap, L"_LessonMap", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -621,6 +665,13 @@ void CheckTypeLibrary() {
     };
     CheckSlotOrder(library, IID__StoryboardCollection, "_StoryboardCollection", storyboardCollection,
                    sizeof storyboardCollection / sizeof storyboardCollection[0]);
+    const Member lessonMap[] = {
+        {L"Name", get}, {L"Name", put}, {L"Clear", call}, {L"Contains", call}, {L"FromTreeNode", call},
+        {L"ToTreeNode", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call}, {L"Clone", call},
+        {L"InsertStoryboard", call}, {L"InsertMap", call}, {L"RemoveStoryboards", call},
+        {L"KeepStoryboards", call},
+    };
+    CheckSlotOrder(library, IID__LessonMap, "_LessonMap", lessonMap, sizeof lessonMap / sizeof lessonMap[0]);
     ITypeInfo* setInfo = nullptr;
     library->GetTypeInfoOfGuid(IID__StoryboardCollection, &setInfo);
     if (setInfo != nullptr) {
@@ -698,6 +749,7 @@ int main() {
     CheckPersistedPropertyCollection();
     CheckChildElements();
     CheckStoryboards();
+    CheckLessonMap();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
