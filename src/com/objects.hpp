@@ -21,6 +21,7 @@ class PersistedPropertyCollection;
 class Storyboard;
 class StoryboardCollection;
 class LessonMap;
+class LessonMapCollection;
 }
 
 namespace quillbank::com {
@@ -43,6 +44,8 @@ inline constexpr GUID kServerStoryboardSetId = {0x2A4E8C75, 0x5B0D, 0x4F3E,
                                                 {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 inline constexpr GUID kServerLessonMapId = {0x2A4E8C76, 0x5B0D, 0x4F3E,
                                             {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
+inline constexpr GUID kServerLessonMapListId = {0x2A4E8C77, 0x5B0D, 0x4F3E,
+                                                {0x9C, 0x61, 0x7D, 0x12, 0xA8, 0x3B, 0xE4, 0x05}};
 
 HRESULT CreatePersistedPropertyCollection(REFIID iid, void** object);
 
@@ -80,5 +83,10 @@ HRESULT CreateLessonMap(REFIID iid, void** object);
 // The one COM object of a lesson map; null for null. Unwrapping as above.
 _LessonMap* WrapMap(const std::shared_ptr<LessonMap>& map);
 std::shared_ptr<LessonMap> UnwrapMap(IUnknown* object);
+
+HRESULT CreateLessonMapCollection(REFIID iid, void** object);
+
+// The one COM object of a list of maps; null for null.
+_LessonMapCollection* WrapMaps(const std::shared_ptr<LessonMapCollection>& maps);
 
 }  // namespace quillbank::com

@@ -453,6 +453,25 @@ void CheckLessonMap() {
     _LessonMap* clone = nullptr;
     map->Clone(&clone);
     Check(clone != nullptr && clone != map, "Clone gives a new map");
+    _LessonMapCollection* maps = nullptr;
+    hr = CoCreateInstance(CLSID_LessonMapCollection, nullptr, CLSCTX_INPROC_SERVER, IID__LessonMapCollection,
+                          reinterpret_cast<void**>(&maps));
+    Check(SUCCEEDED(hr) && maps != nullptr, "LessonMapCollection is created by its class identifier", Hex(hr));
+    if (maps != nullptr) {
+        maps->Append(map);
+        hr = maps->putref_DefaultMap(map);
+        _LessonMap* chosen = nullptr;
+        maps->get_DefaultMap(&chosen);
+        Check(hr == S_OK && chosen == map, "DefaultMap is set by reference and handed back as the same object",
+              Hex(hr));
+        if (chosen != nullptr) {
+            chosen->Release();
+        }
+        hr = maps->putref_DefaultMap(clone);
+        Check(hr == static_cast<HRESULT>(0x800A0005), "a default map that is not a member fails with error 5",
+              Hex(hr));
+        maps->Release();
+    }
     if (clone != nullptr) {
         clone->Release();
     }
@@ -576,6 +595,8 @@ void CheckTypeLibrary() {
         {&IID__StoryboardCollection, L"_StoryboardCollection", TKIND_DISPATCH},
         {&CLSID_LessonMap, L"LessonMap", TKIND_COCLASS},
         {&IID__LessonMap, L"_LessonMap", TKIND_DISPATCH},
+        {&CLSID_LessonMapCollection, L"LessonMapCollection", TKIND_COCLASS},
+        {&IID__LessonMapCollection, L"_LessonMapCollection", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -672,6 +693,14 @@ void CheckTypeLibrary() {
         {L"KeepStoryboards", call},
     };
     CheckSlotOrder(library, IID__LessonMap, "_LessonMap", lessonMap, sizeof lessonMap / sizeof lessonMap[0]);
+    const Member lessonMapCollection[] = {
+        {L"DefaultMap", get}, {L"DefaultMap", INVOKE_PROPERTYPUTREF}, {L"Length", get}, {L"Count", get},
+        {L"Item", get}, {L"ItemAt", get}, {L"IndexOf", call}, {L"IndexOfName", call}, {L"Append", call},
+        {L"Insert", call}, {L"Remove", call}, {L"RemoveAt", call}, {L"Clear", call}, {L"Clone", call},
+        {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__LessonMapCollection, "_LessonMapCollection", lessonMapCollection,
+                   sizeof lessonMapCollection / sizeof lessonMapCollection[0]);
     ITypeInfo* setInfo = nullptr;
     library->GetTypeInfoOfGuid(IID__StoryboardCollection, &setInfo);
     if (setInfo != nullptr) {
