@@ -89,4 +89,6 @@ HRESULT CreateLessonMapCollection(REFIID iid, void** object);
 // The one COM object of a list of maps; null for null.
 _LessonMapCollection* WrapMaps(const std::shared_ptr<LessonMapCollection>& maps);
 
+HRESULT CreateLesson(REFIID iid, void** object);
+
 }  // namespace quillbank::com

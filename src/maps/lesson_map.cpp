@@ -473,13 +473,11 @@ void LessonMapAccess::RemapStoryboardIDs(LessonMap& Map, const PersistedProperty
 }
 
 xml::Node LessonMapAccess::AppendCopyTo(const LessonMap& Map, xml::Node Parent) {
-    // The storage element is never attached, so placing it in another
-    // document copies it and leaves it where it is. Only a Parent in the
-    // map's own document would take the storage itself: copy it there first.
-    if (Parent.OwnerDocument() == Map.document_) {
-        return Parent.AppendChild(Map.map_.CloneNode(true));
-    }
-    return Parent.AppendChild(Map.map_);
+    // Always a copy made in the map's own document first: the storage element
+    // is its document's root, and Wine's MSXML, asked to place a node whose
+    // parent is a document, calls that document as if it were an element and
+    // crashes (on Windows the node of another document is copied).
+    return Parent.AppendChild(Map.map_.CloneNode(true));
 }
 
 }  // namespace detail

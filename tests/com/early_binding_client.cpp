@@ -480,6 +480,35 @@ void CheckLessonMap() {
     map->Release();
 }
 
+void CheckLesson() {
+    _Lesson* lesson = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_Lesson, nullptr, CLSCTX_INPROC_SERVER, IID__Lesson,
+                                  reinterpret_cast<void**>(&lesson));
+    Check(SUCCEEDED(hr) && lesson != nullptr, "Lesson is created by its class identifier", Hex(hr));
+    if (lesson == nullptr) {
+        return;
+    }
+    _StoryboardCollection* first = nullptr;
+    _StoryboardCollection* second = nullptr;
+    lesson->get_Storyboards(&first);
+    lesson->get_Storyboards(&second);
+    Check(first != nullptr && first == second, "Storyboards is the lesson's one set");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    BSTR text = nullptr;
+    hr = lesson->ToXMLString(&text);
+    const std::wstring written = Take(text);
+    Check(hr == S_OK && written.find(L"<lesson") != std::wstring::npos, "ToXMLString through the vtable", written);
+    IXMLDOMElement* element = nullptr;
+    hr = lesson->ToClearXMLElement(nullptr, &element);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "ToClearXMLElement of a null document fails with error 94",
+          Hex(hr));
+    lesson->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -597,6 +626,8 @@ void CheckTypeLibrary() {
         {&IID__LessonMap, L"_LessonMap", TKIND_DISPATCH},
         {&CLSID_LessonMapCollection, L"LessonMapCollection", TKIND_COCLASS},
         {&IID__LessonMapCollection, L"_LessonMapCollection", TKIND_DISPATCH},
+        {&CLSID_Lesson, L"Lesson", TKIND_COCLASS},
+        {&IID__Lesson, L"_Lesson", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -701,6 +732,14 @@ void CheckTypeLibrary() {
     };
     CheckSlotOrder(library, IID__LessonMapCollection, "_LessonMapCollection", lessonMapCollection,
                    sizeof lessonMapCollection / sizeof lessonMapCollection[0]);
+    const Member lesson[] = {
+        {L"LessonID", get}, {L"LessonID", put}, {L"Title", get}, {L"Title", put}, {L"Identifier", get},
+        {L"Identifier", put}, {L"Classification", get}, {L"Classification", put}, {L"Properties", get},
+        {L"Maps", get}, {L"Storyboards", get}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call},
+        {L"FromXMLElement", call}, {L"ToXMLString", call}, {L"ToClearXMLString", call},
+        {L"FromXMLString", call}, {L"Clone", call}, {L"Duplicate", call},
+    };
+    CheckSlotOrder(library, IID__Lesson, "_Lesson", lesson, sizeof lesson / sizeof lesson[0]);
     ITypeInfo* setInfo = nullptr;
     library->GetTypeInfoOfGuid(IID__StoryboardCollection, &setInfo);
     if (setInfo != nullptr) {
@@ -779,6 +818,7 @@ int main() {
     CheckChildElements();
     CheckStoryboards();
     CheckLessonMap();
+    CheckLesson();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
