@@ -37,8 +37,17 @@ failed=0
 run_suite() {
   local name="$1"
   shift
-  local output status=0
-  output="$(timeout 600 "$@" 2>&1 | tr -d '\r')" || status=$?
+  local output status attempt
+  # Wine now and then fails to start cscript at all ("ShellExecuteEx
+  # failed"); that is no result of the suite, so such a start is tried again.
+  for attempt in 1 2 3; do
+    status=0
+    output="$(timeout 600 "$@" 2>&1 | tr -d '\r')" || status=$?
+    if ! printf '%s\n' "$output" | grep -q 'ShellExecuteEx failed'; then
+      break
+    fi
+    echo "($name: Wine could not start the script host, attempt $attempt)"
+  done
   printf '%s\n' "$output"
   if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -qx 'END-OF-SUITE'; then
     echo "FAILED: $name (exit $status)"

@@ -194,16 +194,12 @@ public:
                                      ::EncodingTypes encoding) override {
         return Guard(kIid, [&] { bag_->SetPPC(Utf8(name), UnwrapPPC(value), Encoding(encoding)); });
     }
-    HRESULT STDMETHODCALLTYPE GetCEC(BSTR, IDispatch*, IDispatch** result) override {
-        if (result != nullptr) {
-            *result = nullptr;
-        }
-        return RaiseError(kIid, static_cast<long>(E_NOTIMPL), "PersistedPropertyCollection.GetCEC",
-                          "ChildElementCollection is not served by this build.");
+    HRESULT STDMETHODCALLTYPE GetCEC(BSTR name, _ChildElementCollection* fallback,
+                                     _ChildElementCollection** result) override {
+        return Out(result, [&] { *result = WrapCEC(bag_->GetCEC(Utf8(name), UnwrapCEC(fallback))); });
     }
-    HRESULT STDMETHODCALLTYPE SetCEC(BSTR, IDispatch*, ::EncodingTypes) override {
-        return RaiseError(kIid, static_cast<long>(E_NOTIMPL), "PersistedPropertyCollection.SetCEC",
-                          "ChildElementCollection is not served by this build.");
+    HRESULT STDMETHODCALLTYPE SetCEC(BSTR name, _ChildElementCollection* value, ::EncodingTypes encoding) override {
+        return Guard(kIid, [&] { bag_->SetCEC(Utf8(name), UnwrapCEC(value), Encoding(encoding)); });
     }
     HRESULT STDMETHODCALLTYPE Clone(_PersistedPropertyCollection** result) override {
         return Out(result, [&] { *result = WrapPPC(bag_->Clone()); });
@@ -232,20 +228,22 @@ public:
     }
 
 protected:
-    // GetPropertyNameArray (an array result), SetPPC and the XML members
-    // (object arguments) are called here: Wine's ITypeInfo::Invoke hands back
-    // no arrays and takes no interface arguments.
+    // GetPropertyNameArray (an array result), GetPPC, SetPPC, GetCEC, SetCEC
+    // and the XML members (object arguments) are called here: Wine's
+    // ITypeInfo::Invoke hands back no arrays and takes no interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
         enum : DISPID {
             kNames = 4,
             kGetPPC = 30,
             kSetPPC = 31,
+            kGetCEC = 32,
+            kSetCEC = 33,
             kToClearElement = 38,
             kToElement = 39,
             kFromElement = 40
         };
-        if (!IsCall(flags) || (id != kNames && id != kGetPPC && id != kSetPPC && id != kToClearElement &&
-                               id != kToElement && id != kFromElement)) {
+        if (!IsCall(flags) || (id != kNames && id != kGetPPC && id != kSetPPC && id != kGetCEC && id != kSetCEC &&
+                               id != kToClearElement && id != kToElement && id != kFromElement)) {
             return false;
         }
         if (parameters != nullptr && parameters->cNamedArgs != 0) {
@@ -309,6 +307,52 @@ protected:
                 }
                 if (bag != nullptr) {
                     bag->Release();
+                }
+                VariantClear(&name);
+                return true;
+            }
+            case kGetCEC: {
+                VARIANT name;
+                _ChildElementCollection* fallback = nullptr;
+                if (count != 2) {
+                    *status = DISP_E_BADPARAMCOUNT;
+                } else if (!TextArgument(parameters, 0, &name) ||
+                           !ObjectArgument(parameters, 1, IID__ChildElementCollection,
+                                           reinterpret_cast<void**>(&fallback))) {
+                    *status = DISP_E_TYPEMISMATCH;
+                } else {
+                    _ChildElementCollection* list = nullptr;
+                    *status = GetCEC(V_BSTR(&name), fallback, &list);
+                    if (result != nullptr) {
+                        VariantInit(result);
+                        V_VT(result) = VT_DISPATCH;
+                        V_DISPATCH(result) = list;
+                    } else if (list != nullptr) {
+                        list->Release();
+                    }
+                }
+                if (fallback != nullptr) {
+                    fallback->Release();
+                }
+                VariantClear(&name);
+                return true;
+            }
+            case kSetCEC: {
+                VARIANT name;
+                LONG encoding = etNotEncoded;
+                _ChildElementCollection* list = nullptr;
+                if (count < 2 || count > 3) {
+                    *status = DISP_E_BADPARAMCOUNT;
+                } else if (!TextArgument(parameters, 0, &name) ||
+                           !ObjectArgument(parameters, 1, IID__ChildElementCollection,
+                                           reinterpret_cast<void**>(&list)) ||
+                           !OptionalLong(parameters, 2, etNotEncoded, &encoding)) {
+                    *status = DISP_E_TYPEMISMATCH;
+                } else {
+                    *status = SetCEC(V_BSTR(&name), list, static_cast<::EncodingTypes>(encoding));
+                }
+                if (list != nullptr) {
+                    list->Release();
                 }
                 VariantClear(&name);
                 return true;
@@ -432,8 +476,9 @@ private:
                 V_VT(out) = VT_DISPATCH;
                 return;
             case Variant::Kind::CEC:
-                throw Error(static_cast<std::int32_t>(E_NOTIMPL), "PersistedPropertyCollection.GetValue",
-                            "ChildElementCollection is not served by this build.");
+                V_DISPATCH(out) = WrapCEC(value.AsCEC());
+                V_VT(out) = VT_DISPATCH;
+                return;
         }
     }
 
@@ -465,7 +510,7 @@ std::shared_ptr<Bag> UnwrapPPC(IUnknown* object) {
     if (FAILED(object->QueryInterface(kServerObjectId, &ours)) || ours == nullptr) {
         throw Error(ErrTypeMismatch, "PersistedPropertyCollection", "Type mismatch");
     }
-    // Only bags answer with a PpcObject until other classes are served.
+    // Only bags answer kServerObjectId.
     auto* bag = static_cast<PpcObject*>(static_cast<_PersistedPropertyCollection*>(ours));
     std::shared_ptr<Bag> core = bag->Core();
     bag->Release();

@@ -24,6 +24,13 @@ const ClassEntry kClasses[] = {
     {&CLSID_Constants, L"Constants", &CreateConstants},
     {&CLSID_Functions, L"Functions", &CreateFunctions},
     {&CLSID_PersistedPropertyCollection, L"PersistedPropertyCollection", &CreatePersistedPropertyCollection},
+    {&CLSID_ChildElement, L"ChildElement", &CreateChildElement},
+    {&CLSID_ChildElementCollection, L"ChildElementCollection", &CreateChildElementCollection},
+    {&CLSID_Storyboard, L"Storyboard", &CreateStoryboard},
+    {&CLSID_StoryboardCollection, L"StoryboardCollection", &CreateStoryboardCollection},
+    {&CLSID_LessonMap, L"LessonMap", &CreateLessonMap},
+    {&CLSID_LessonMapCollection, L"LessonMapCollection", &CreateLessonMapCollection},
+    {&CLSID_Lesson, L"Lesson", &CreateLesson},
 };
 
 constexpr const wchar_t* kLibraryName = L"Quillbank";
@@ -132,7 +139,10 @@ extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, 
     }
     *object = nullptr;
     static ClassFactory factories[] = {ClassFactory(kClasses[0].create), ClassFactory(kClasses[1].create),
-                                       ClassFactory(kClasses[2].create)};
+                                       ClassFactory(kClasses[2].create), ClassFactory(kClasses[3].create),
+                                       ClassFactory(kClasses[4].create), ClassFactory(kClasses[5].create),
+                                       ClassFactory(kClasses[6].create), ClassFactory(kClasses[7].create),
+                                       ClassFactory(kClasses[8].create), ClassFactory(kClasses[9].create)};
     static_assert(sizeof factories / sizeof factories[0] == sizeof kClasses / sizeof kClasses[0]);
     for (std::size_t i = 0; i < sizeof kClasses / sizeof kClasses[0]; ++i) {
         if (IsEqualCLSID(clsid, *kClasses[i].clsid)) {

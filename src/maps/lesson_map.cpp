@@ -402,7 +402,10 @@ std::shared_ptr<LessonMap> LessonMap::Clone() const {
     // intermediate copy.
     std::shared_ptr<LessonMap> copy(new LessonMap());
     copy->document_ = xml::Document::Create();
-    copy->map_ = CopyInto(map_, copy->document_);
+    // The copy is cloned in this map's document before it moves to the new
+    // one: under Wine, MSXML moves the storage element itself when it is
+    // placed in another document, and the two maps would share their items.
+    copy->map_ = CopyInto(map_.CloneNode(true).AsElement(), copy->document_);
     return copy;
 }
 
@@ -455,7 +458,8 @@ void LessonMap::InsertMap(std::string_view RootSBID, StoryboardInsertTypes Relat
     index_.reset();
     // One copy of the other map (which may be this very map) in this map's
     // document, taken before anything moves; its items are then moved into place.
-    const xml::Element copy = CopyInto(NewMap->map_, document_);
+    // (Cloned in its own document first, as in Clone.)
+    const xml::Element copy = CopyInto(NewMap->map_.CloneNode(true).AsElement(), document_);
 
     Place place;
     if (root) {
@@ -522,13 +526,11 @@ void LessonMapAccess::RemapStoryboardIDs(LessonMap& Map, const PersistedProperty
 }
 
 xml::Node LessonMapAccess::AppendCopyTo(const LessonMap& Map, xml::Node Parent) {
-    // The storage element is never attached, so placing it in another
-    // document copies it and leaves it where it is. Only a Parent in the
-    // map's own document would take the storage itself: copy it there first.
-    if (Parent.OwnerDocument() == Map.document_) {
-        return Parent.AppendChild(Map.map_.CloneNode(true));
-    }
-    return Parent.AppendChild(Map.map_);
+    // Always a copy made in the map's own document first: the storage element
+    // is its document's root, and Wine's MSXML, asked to place a node whose
+    // parent is a document, calls that document as if it were an element and
+    // crashes (on Windows the node of another document is copied).
+    return Parent.AppendChild(Map.map_.CloneNode(true));
 }
 
 }  // namespace detail

@@ -203,6 +203,312 @@ void CheckPersistedPropertyCollection() {
     bag->Release();
 }
 
+void CheckChildElements() {
+    _ChildElement* element = nullptr;
+    _ChildElementCollection* list = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_ChildElement, nullptr, CLSCTX_INPROC_SERVER, IID__ChildElement,
+                                  reinterpret_cast<void**>(&element));
+    Check(SUCCEEDED(hr) && element != nullptr, "ChildElement is created by its class identifier", Hex(hr));
+    hr = CoCreateInstance(CLSID_ChildElementCollection, nullptr, CLSCTX_INPROC_SERVER, IID__ChildElementCollection,
+                          reinterpret_cast<void**>(&list));
+    Check(SUCCEEDED(hr) && list != nullptr, "ChildElementCollection is created by its class identifier", Hex(hr));
+    if (element == nullptr || list == nullptr) {
+        return;
+    }
+    BSTR box = SysAllocString(L"box");
+    BSTR caption = SysAllocString(L"caption");
+    BSTR value = SysAllocString(L"Halves");
+    BSTR kids = SysAllocString(L"kids");
+    element->put_Name(box);
+    element->SetString(caption, value, etBase64Encoded);
+
+    _PersistedPropertyCollection* first = nullptr;
+    _PersistedPropertyCollection* second = nullptr;
+    element->get_PPCObject(&first);
+    element->get_PPCObject(&second);
+    BSTR bagName = nullptr;
+    LONG encoding = 0;
+    if (first != nullptr) {
+        first->get_Name(&bagName);
+        first->GetEncodingType(caption, &encoding);
+    }
+    Check(first != nullptr && first == second && Take(bagName) == L"box" && encoding == etBase64Encoded,
+          "PPCObject is the element's one bag, named as the element");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+
+    ::LocationData location{SysAllocString(L"b"), SysAllocString(L"a"), SysAllocString(L"map")};
+    BSTR where = SysAllocString(L"where");
+    hr = element->SetLocation(where, &location, etNotEncoded);
+    ::LocationData fallback{};
+    ::LocationData read{};
+    const HRESULT readStatus = element->GetLocation(where, &fallback, &read);
+    Check(hr == S_OK && readStatus == S_OK && Take(read.MapName) == L"map" &&
+              std::wstring(location.MapName) == L"map",
+          "SetLocation and GetLocation pass the record by reference", Hex(readStatus));
+    Take(read.StartPoint);
+    Take(read.EndPoint);
+    for (BSTR text : {location.StartPoint, location.EndPoint, location.MapName, where}) {
+        SysFreeString(text);
+    }
+
+    hr = list->Append(element);
+    _ChildElement* item = nullptr;
+    list->get_Item(0, &item);
+    LONG index = -2;
+    list->IndexOf(element, &index);
+    LONG count = 0;
+    list->get_Count(&count);
+    Check(hr == S_OK && item == element && index == 0 && count == 1,
+          "Append keeps the caller's object; Item hands the same COM object back", Hex(hr));
+    if (item != nullptr) {
+        item->Release();
+    }
+    item = element;
+    item->AddRef();
+    hr = list->Insert(nullptr, 0);
+    list->get_Count(&count);
+    Check(hr == S_OK && count == 1, "Insert of a null element changes nothing", Hex(hr));
+    item->Release();
+
+    _PersistedPropertyCollection* bag = nullptr;
+    CoCreateInstance(CLSID_PersistedPropertyCollection, nullptr, CLSCTX_INPROC_SERVER,
+                     IID__PersistedPropertyCollection, reinterpret_cast<void**>(&bag));
+    _ChildElementCollection* stored = nullptr;
+    _ChildElementCollection* again = nullptr;
+    if (bag != nullptr) {
+        hr = bag->SetCEC(kids, list, etNotEncoded);
+        bag->GetCEC(kids, nullptr, &stored);
+        bag->GetCEC(kids, nullptr, &again);
+    }
+    LONG storedCount = 0;
+    if (stored != nullptr) {
+        stored->get_Count(&storedCount);
+    }
+    Check(hr == S_OK && stored != nullptr && stored == again && stored != list && storedCount == 1,
+          "the bag stores a copy of a child-element list and hands out one COM object", Hex(hr));
+    for (auto* object : {stored, again}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    if (bag != nullptr) {
+        hr = bag->SetCEC(kids, reinterpret_cast<_ChildElementCollection*>(bag), etNotEncoded);
+        Check(hr == static_cast<HRESULT>(0x800A000D), "SetCEC of a bag fails with the host's error 13", Hex(hr));
+        bag->Release();
+    }
+
+    IXMLDOMElement* xmlElement = nullptr;
+    hr = element->ToClearXMLElement(nullptr, &xmlElement);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
+          "ChildElement.ToClearXMLElement of a null document fails with the host's error 94", Hex(hr));
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    const std::wstring sourceText = Take(source);
+    Check(sourceText == L"ChildElement.ToXMLElement", "the clear writer's error names ToXMLElement", sourceText);
+    hr = list->ToXMLElement(nullptr, &xmlElement);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
+          "ChildElementCollection.ToXMLElement of a null document fails with the host's error 94", Hex(hr));
+    BSTR broken = SysAllocString(L"<ce");
+    hr = element->FromXMLString(broken);
+    SysFreeString(broken);
+    Check(hr == static_cast<HRESULT>(0x800403E9), "ChildElement.FromXMLString of broken text fails with 0x800403E9",
+          Hex(hr));
+
+    ISupportErrorInfo* support = nullptr;
+    hr = list->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(&support));
+    Check(hr == S_OK && support != nullptr &&
+              support->InterfaceSupportsErrorInfo(IID__ChildElementCollection) == S_OK,
+          "ChildElementCollection supports error information");
+    if (support != nullptr) {
+        support->Release();
+    }
+
+    for (BSTR text : {box, caption, value, kids}) {
+        SysFreeString(text);
+    }
+    list->Release();
+    element->Release();
+}
+
+void CheckStoryboards() {
+    _Storyboard* board = nullptr;
+    _StoryboardCollection* boards = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_Storyboard, nullptr, CLSCTX_INPROC_SERVER, IID__Storyboard,
+                                  reinterpret_cast<void**>(&board));
+    Check(SUCCEEDED(hr) && board != nullptr, "Storyboard is created by its class identifier", Hex(hr));
+    hr = CoCreateInstance(CLSID_StoryboardCollection, nullptr, CLSCTX_INPROC_SERVER, IID__StoryboardCollection,
+                          reinterpret_cast<void**>(&boards));
+    Check(SUCCEEDED(hr) && boards != nullptr, "StoryboardCollection is created by its class identifier", Hex(hr));
+    if (board == nullptr || boards == nullptr) {
+        return;
+    }
+    BSTR id = nullptr;
+    board->get_SBID(&id);
+    _Storyboard* added = nullptr;
+    hr = boards->Add(board, &added);
+    _Storyboard* item = nullptr;
+    boards->get_Item(id, &item);
+    Check(hr == S_OK && added == board && item == board, "Add and Item hand back the same COM object", Hex(hr));
+    for (auto* object : {added, item}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    hr = boards->putref_CurrentSB(board);
+    BSTR currentId = nullptr;
+    boards->get_CurrentSBID(&currentId);
+    Check(hr == S_OK && Take(currentId) == std::wstring(id), "CurrentSB is set by reference", Hex(hr));
+
+    IUnknown* unknown = nullptr;
+    hr = boards->get_NewEnum(&unknown);
+    IEnumVARIANT* walk = nullptr;
+    if (unknown != nullptr) {
+        unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&walk));
+        unknown->Release();
+    }
+    bool walked = false;
+    if (walk != nullptr) {
+        VARIANT items[2];
+        VariantInit(&items[0]);
+        VariantInit(&items[1]);
+        ULONG fetched = 0;
+        const HRESULT next = walk->Next(2, items, &fetched);
+        walked = next == S_FALSE && fetched == 1 && V_VT(&items[0]) == VT_DISPATCH &&
+                 V_DISPATCH(&items[0]) == static_cast<IDispatch*>(board);
+        VariantClear(&items[0]);
+        walk->Release();
+    }
+    Check(hr == S_OK && walked, "NewEnum gives an IEnumVARIANT over the storyboards", Hex(hr));
+
+    _PersistedPropertyCollection* first = nullptr;
+    _PersistedPropertyCollection* second = nullptr;
+    board->get_Properties(&first);
+    board->get_Properties(&second);
+    Check(first != nullptr && first == second, "Properties is one COM object");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+
+    IXMLDOMElement* element = nullptr;
+    hr = boards->ToClearXMLElement(nullptr, &element);
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    const std::wstring sourceText = Take(source);
+    Check(hr == static_cast<HRESULT>(0x800A005E) && sourceText == L"StoryboardtCollection.ToXMLElement",
+          "the set's writers fail with error 94 under their own source", sourceText);
+    VARIANT empty;
+    hr = board->CopyFrom(nullptr, &empty);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "CopyFrom of null fails with the host's error 94", Hex(hr));
+
+    SysFreeString(id);
+    boards->Release();
+    board->Release();
+}
+
+void CheckLessonMap() {
+    _LessonMap* map = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_LessonMap, nullptr, CLSCTX_INPROC_SERVER, IID__LessonMap,
+                                  reinterpret_cast<void**>(&map));
+    Check(SUCCEEDED(hr) && map != nullptr, "LessonMap is created by its class identifier", Hex(hr));
+    if (map == nullptr) {
+        return;
+    }
+    BSTR none = SysAllocString(L"");
+    BSTR a = SysAllocString(L"A");
+    hr = map->InsertStoryboard(none, sbitInsertAfter, a);
+    VARIANT_BOOL contains = VARIANT_FALSE;
+    map->Contains(a, &contains);
+    Check(hr == S_OK && contains == VARIANT_TRUE, "InsertStoryboard and Contains through the vtable", Hex(hr));
+    hr = map->InsertStoryboard(a, sbitInsertBefore, none);
+    Check(hr == static_cast<HRESULT>(0x800A017C), "an empty identifier fails with the host's error 380", Hex(hr));
+    VARIANT missing;
+    VariantInit(&missing);
+    V_VT(&missing) = VT_ERROR;
+    V_ERROR(&missing) = DISP_E_PARAMNOTFOUND;
+    IXMLDOMElement* element = nullptr;
+    hr = map->ToXMLElement(missing, &element);
+    BSTR name = nullptr;
+    if (element != nullptr) {
+        element->get_nodeName(&name);
+        element->Release();
+    }
+    Check(hr == S_OK && Take(name) == L"map", "ToXMLElement without a document gives the map element", Hex(hr));
+    hr = map->ToTreeNode(nullptr, nullptr);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "ToTreeNode without a node collection fails with error 94",
+          Hex(hr));
+    _LessonMap* clone = nullptr;
+    map->Clone(&clone);
+    Check(clone != nullptr && clone != map, "Clone gives a new map");
+    _LessonMapCollection* maps = nullptr;
+    hr = CoCreateInstance(CLSID_LessonMapCollection, nullptr, CLSCTX_INPROC_SERVER, IID__LessonMapCollection,
+                          reinterpret_cast<void**>(&maps));
+    Check(SUCCEEDED(hr) && maps != nullptr, "LessonMapCollection is created by its class identifier", Hex(hr));
+    if (maps != nullptr) {
+        maps->Append(map);
+        hr = maps->putref_DefaultMap(map);
+        _LessonMap* chosen = nullptr;
+        maps->get_DefaultMap(&chosen);
+        Check(hr == S_OK && chosen == map, "DefaultMap is set by reference and handed back as the same object",
+              Hex(hr));
+        if (chosen != nullptr) {
+            chosen->Release();
+        }
+        hr = maps->putref_DefaultMap(clone);
+        Check(hr == static_cast<HRESULT>(0x800A0005), "a default map that is not a member fails with error 5",
+              Hex(hr));
+        maps->Release();
+    }
+    if (clone != nullptr) {
+        clone->Release();
+    }
+    SysFreeString(none);
+    SysFreeString(a);
+    map->Release();
+}
+
+void CheckLesson() {
+    _Lesson* lesson = nullptr;
+    HRESULT hr = CoCreateInstance(CLSID_Lesson, nullptr, CLSCTX_INPROC_SERVER, IID__Lesson,
+                                  reinterpret_cast<void**>(&lesson));
+    Check(SUCCEEDED(hr) && lesson != nullptr, "Lesson is created by its class identifier", Hex(hr));
+    if (lesson == nullptr) {
+        return;
+    }
+    _StoryboardCollection* first = nullptr;
+    _StoryboardCollection* second = nullptr;
+    lesson->get_Storyboards(&first);
+    lesson->get_Storyboards(&second);
+    Check(first != nullptr && first == second, "Storyboards is the lesson's one set");
+    for (auto* object : {first, second}) {
+        if (object != nullptr) {
+            object->Release();
+        }
+    }
+    BSTR text = nullptr;
+    hr = lesson->ToXMLString(&text);
+    const std::wstring written = Take(text);
+    Check(hr == S_OK && written.find(L"<lesson") != std::wstring::npos, "ToXMLString through the vtable", written);
+    IXMLDOMElement* element = nullptr;
+    hr = lesson->ToClearXMLElement(nullptr, &element);
+    Check(hr == static_cast<HRESULT>(0x800A005E), "ToClearXMLElement of a null document fails with error 94",
+          Hex(hr));
+    lesson->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -217,6 +523,60 @@ struct Member {
     const wchar_t* name;
     INVOKEKIND kind;
 };
+
+// The members of one dual interface in slot order, on its vtable half, and
+// the vtable half hidden, dual, non-extensible and automation-compatible.
+void CheckSlotOrder(ITypeLib* library, REFIID iid, const char* interfaceName, const Member* members,
+                    std::size_t count) {
+    const std::string label(interfaceName);
+    ITypeInfo* dispatchInfo = nullptr;
+    ITypeInfo* vtableInfo = nullptr;
+    library->GetTypeInfoOfGuid(iid, &dispatchInfo);
+    if (dispatchInfo != nullptr) {
+        HREFTYPE reference = 0;
+        if (SUCCEEDED(dispatchInfo->GetRefTypeOfImplType(-1, &reference))) {
+            dispatchInfo->GetRefTypeInfo(reference, &vtableInfo);
+        }
+        dispatchInfo->Release();
+    }
+    Check(vtableInfo != nullptr, (label + " has its vtable interface").c_str());
+    if (vtableInfo == nullptr) {
+        return;
+    }
+    TYPEATTR* attributes = nullptr;
+    WORD flags = 0;
+    if (SUCCEEDED(vtableInfo->GetTypeAttr(&attributes))) {
+        flags = attributes->wTypeFlags;
+        vtableInfo->ReleaseTypeAttr(attributes);
+    }
+    const WORD wanted = TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL | TYPEFLAG_FNONEXTENSIBLE | TYPEFLAG_FOLEAUTOMATION;
+    Check((flags & wanted) == wanted,
+          ("the vtable half of " + label + " is hidden, dual, non-extensible, automation").c_str(), Hex(flags));
+    bool inOrder = true;
+    std::wstring seen;
+    for (UINT i = 0; i < count; ++i) {
+        FUNCDESC* description = nullptr;
+        if (FAILED(vtableInfo->GetFuncDesc(i, &description))) {
+            inOrder = false;
+            break;
+        }
+        BSTR text = nullptr;
+        vtableInfo->GetDocumentation(description->memid, &text, nullptr, nullptr, nullptr);
+        const std::wstring name = Take(text);
+        seen += name + L" ";
+        // The slot after IDispatch's seven, in order.
+        const bool slot = description->oVft == static_cast<SHORT>((7 + i) * sizeof(void*));
+        inOrder = inOrder && name == members[i].name && description->invkind == members[i].kind && slot;
+        vtableInfo->ReleaseFuncDesc(description);
+    }
+    FUNCDESC* extra = nullptr;
+    if (SUCCEEDED(vtableInfo->GetFuncDesc(static_cast<UINT>(count), &extra))) {
+        inOrder = false;
+        vtableInfo->ReleaseFuncDesc(extra);
+    }
+    Check(inOrder, (label + " members are in slot order").c_str(), seen);
+    vtableInfo->Release();
+}
 
 void CheckTypeLibrary() {
     ITypeLib* library = nullptr;
@@ -254,6 +614,20 @@ void CheckTypeLibrary() {
         {&IID__PersistedPropertyCollection, L"_PersistedPropertyCollection", TKIND_DISPATCH},
         {&IID__Constants, L"_Constants", TKIND_DISPATCH},
         {&IID__Functions, L"_Functions", TKIND_DISPATCH},
+        {&CLSID_ChildElement, L"ChildElement", TKIND_COCLASS},
+        {&IID__ChildElement, L"_ChildElement", TKIND_DISPATCH},
+        {&CLSID_ChildElementCollection, L"ChildElementCollection", TKIND_COCLASS},
+        {&IID__ChildElementCollection, L"_ChildElementCollection", TKIND_DISPATCH},
+        {&CLSID_Storyboard, L"Storyboard", TKIND_COCLASS},
+        {&IID__Storyboard, L"_Storyboard", TKIND_DISPATCH},
+        {&CLSID_StoryboardCollection, L"StoryboardCollection", TKIND_COCLASS},
+        {&IID__StoryboardCollection, L"_StoryboardCollection", TKIND_DISPATCH},
+        {&CLSID_LessonMap, L"LessonMap", TKIND_COCLASS},
+        {&IID__LessonMap, L"_LessonMap", TKIND_DISPATCH},
+        {&CLSID_LessonMapCollection, L"LessonMapCollection", TKIND_COCLASS},
+        {&IID__LessonMapCollection, L"_LessonMapCollection", TKIND_DISPATCH},
+        {&CLSID_Lesson, L"Lesson", TKIND_COCLASS},
+        {&IID__Lesson, L"_Lesson", TKIND_DISPATCH},
         {&kAssetData, L"AssetData", TKIND_RECORD},
         {&kFontData, L"FontData", TKIND_RECORD},
         {&kLocationData, L"LocationData", TKIND_RECORD},
@@ -288,60 +662,94 @@ void CheckTypeLibrary() {
             const std::string flagLabel = label + " as hidden, dual, non-extensible, dispatchable";
             Check((flags & wanted) == wanted, flagLabel.c_str(), Hex(flags));
         }
-        if (entry.kind == TKIND_COCLASS && entry.guid != &CLSID_PersistedPropertyCollection) {
+        if (entry.guid == &CLSID_Constants || entry.guid == &CLSID_Functions) {
             const std::string flagLabel = label + " as an application object";
             Check((flags & TYPEFLAG_FAPPOBJECT) != 0, flagLabel.c_str(), Hex(flags));
         }
     }
 
-    // The members of _Functions in slot order, on the vtable interface.
-    const Member members[] = {
-        {L"OCXPath", INVOKE_PROPERTYGET}, {L"OCXVersion", INVOKE_PROPERTYGET}, {L"OCXFilename", INVOKE_PROPERTYGET},
-        {L"NewGUID", INVOKE_FUNC}, {L"EmptyGUID", INVOKE_FUNC}, {L"HTMLColorToOLEColor", INVOKE_FUNC},
-        {L"OLEColorToHTMLColor", INVOKE_FUNC}, {L"NewAssetData", INVOKE_FUNC}, {L"NewFontData", INVOKE_FUNC},
-        {L"NewLocationData", INVOKE_FUNC}, {L"NewRectangle", INVOKE_FUNC}, {L"CleanXMLString", INVOKE_FUNC},
-        {L"FormatXMLString", INVOKE_FUNC},
+    // The members of each interface in slot order, on the vtable interface.
+    constexpr INVOKEKIND get = INVOKE_PROPERTYGET;
+    constexpr INVOKEKIND put = INVOKE_PROPERTYPUT;
+    constexpr INVOKEKIND call = INVOKE_FUNC;
+    const Member functions[] = {
+        {L"OCXPath", get}, {L"OCXVersion", get}, {L"OCXFilename", get},
+        {L"NewGUID", call}, {L"EmptyGUID", call}, {L"HTMLColorToOLEColor", call},
+        {L"OLEColorToHTMLColor", call}, {L"NewAssetData", call}, {L"NewFontData", call},
+        {L"NewLocationData", call}, {L"NewRectangle", call}, {L"CleanXMLString", call},
+        {L"FormatXMLString", call},
     };
-    ITypeInfo* dispatchInfo = nullptr;
-    ITypeInfo* vtableInfo = nullptr;
-    library->GetTypeInfoOfGuid(IID__Functions, &dispatchInfo);
-    if (dispatchInfo != nullptr) {
-        HREFTYPE reference = 0;
-        if (SUCCEEDED(dispatchInfo->GetRefTypeOfImplType(-1, &reference))) {
-            dispatchInfo->GetRefTypeInfo(reference, &vtableInfo);
-        }
-        dispatchInfo->Release();
-    }
-    Check(vtableInfo != nullptr, "_Functions has its vtable interface");
-    if (vtableInfo != nullptr) {
-        TYPEATTR* attributes = nullptr;
-        WORD flags = 0;
-        if (SUCCEEDED(vtableInfo->GetTypeAttr(&attributes))) {
-            flags = attributes->wTypeFlags;
-            vtableInfo->ReleaseTypeAttr(attributes);
-        }
-        const WORD wanted = TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL | TYPEFLAG_FNONEXTENSIBLE | TYPEFLAG_FOLEAUTOMATION;
-        Check((flags & wanted) == wanted, "the vtable half of _Functions is hidden, dual, non-extensible, automation",
-              Hex(flags));
-        bool inOrder = true;
-        std::wstring seen;
-        for (UINT i = 0; i < sizeof members / sizeof members[0]; ++i) {
-            FUNCDESC* description = nullptr;
-            if (FAILED(vtableInfo->GetFuncDesc(i, &description))) {
-                inOrder = false;
-                break;
-            }
-            BSTR text = nullptr;
-            vtableInfo->GetDocumentation(description->memid, &text, nullptr, nullptr, nullptr);
-            const std::wstring name = Take(text);
-            seen += name + L" ";
-            // The slot after IDispatch's seven, in order.
-            const bool slot = description->oVft == static_cast<SHORT>((7 + i) * sizeof(void*));
-            inOrder = inOrder && name == members[i].name && description->invkind == members[i].kind && slot;
-            vtableInfo->ReleaseFuncDesc(description);
-        }
-        Check(inOrder, "_Functions members are in slot order", seen);
-        vtableInfo->Release();
+    CheckSlotOrder(library, IID__Functions, "_Functions", functions, sizeof functions / sizeof functions[0]);
+    const Member childElement[] = {
+        {L"Name", get}, {L"Name", put}, {L"ElementType", get}, {L"ElementType", put}, {L"PPCObject", get},
+        {L"Count", get}, {L"Exists", get}, {L"Remove", call}, {L"Clear", call}, {L"GetBoolean", call},
+        {L"SetBoolean", call}, {L"GetLong", call}, {L"SetLong", call}, {L"GetDouble", call}, {L"SetDouble", call},
+        {L"GetString", call}, {L"SetString", call}, {L"GetColor", call}, {L"SetColor", call}, {L"GetFont", call},
+        {L"SetFont", call}, {L"GetRectangle", call}, {L"SetRectangle", call}, {L"GetAsset", call},
+        {L"SetAsset", call}, {L"GetLocation", call}, {L"SetLocation", call}, {L"GetPPC", call}, {L"SetPPC", call},
+        {L"GetCEC", call}, {L"SetCEC", call}, {L"Clone", call}, {L"FromPPC", call}, {L"ToClearXMLElement", call},
+        {L"ToXMLElement", call}, {L"ToClearXMLString", call}, {L"ToXMLString", call}, {L"FromXMLElement", call},
+        {L"FromXMLString", call},
+    };
+    CheckSlotOrder(library, IID__ChildElement, "_ChildElement", childElement,
+                   sizeof childElement / sizeof childElement[0]);
+    const Member childElementCollection[] = {
+        {L"Name", get}, {L"Name", put}, {L"Length", get}, {L"Count", get}, {L"Item", get}, {L"IndexOf", call},
+        {L"Append", call}, {L"Insert", call}, {L"Remove", call}, {L"RemoveAt", call}, {L"Clear", call},
+        {L"Swap", call}, {L"MovePrevious", call}, {L"MoveNext", call}, {L"MoveFirst", call}, {L"MoveLast", call},
+        {L"MoveTo", call}, {L"Clone", call}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call},
+        {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__ChildElementCollection, "_ChildElementCollection", childElementCollection,
+                   sizeof childElementCollection / sizeof childElementCollection[0]);
+    const Member storyboard[] = {
+        {L"SBID", get}, {L"Title", get}, {L"Title", put}, {L"Identifier", get}, {L"Identifier", put},
+        {L"SBType", get}, {L"SBType", put}, {L"Classification", get}, {L"Classification", put},
+        {L"Properties", get}, {L"Children", get}, {L"Clone", call}, {L"Duplicate", call}, {L"CopyFrom", call},
+        {L"ToClearXMLElement", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__Storyboard, "_Storyboard", storyboard, sizeof storyboard / sizeof storyboard[0]);
+    const Member storyboardCollection[] = {
+        {L"CurrentSB", get}, {L"CurrentSB", INVOKE_PROPERTYPUTREF}, {L"CurrentSBID", get}, {L"CurrentSBID", put},
+        {L"Add", call}, {L"Contains", call}, {L"Count", get}, {L"Item", get}, {L"NewEnum", get},
+        {L"Remove", call}, {L"Clear", call}, {L"RemoveCollection", call}, {L"AddCollection", call},
+        {L"Clone", call}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__StoryboardCollection, "_StoryboardCollection", storyboardCollection,
+                   sizeof storyboardCollection / sizeof storyboardCollection[0]);
+    const Member lessonMap[] = {
+        {L"Name", get}, {L"Name", put}, {L"Clear", call}, {L"Contains", call}, {L"FromTreeNode", call},
+        {L"ToTreeNode", call}, {L"ToXMLElement", call}, {L"FromXMLElement", call}, {L"Clone", call},
+        {L"InsertStoryboard", call}, {L"InsertMap", call}, {L"RemoveStoryboards", call},
+        {L"KeepStoryboards", call},
+    };
+    CheckSlotOrder(library, IID__LessonMap, "_LessonMap", lessonMap, sizeof lessonMap / sizeof lessonMap[0]);
+    const Member lessonMapCollection[] = {
+        {L"DefaultMap", get}, {L"DefaultMap", INVOKE_PROPERTYPUTREF}, {L"Length", get}, {L"Count", get},
+        {L"Item", get}, {L"ItemAt", get}, {L"IndexOf", call}, {L"IndexOfName", call}, {L"Append", call},
+        {L"Insert", call}, {L"Remove", call}, {L"RemoveAt", call}, {L"Clear", call}, {L"Clone", call},
+        {L"ToXMLElement", call}, {L"FromXMLElement", call},
+    };
+    CheckSlotOrder(library, IID__LessonMapCollection, "_LessonMapCollection", lessonMapCollection,
+                   sizeof lessonMapCollection / sizeof lessonMapCollection[0]);
+    const Member lesson[] = {
+        {L"LessonID", get}, {L"LessonID", put}, {L"Title", get}, {L"Title", put}, {L"Identifier", get},
+        {L"Identifier", put}, {L"Classification", get}, {L"Classification", put}, {L"Properties", get},
+        {L"Maps", get}, {L"Storyboards", get}, {L"ToClearXMLElement", call}, {L"ToXMLElement", call},
+        {L"FromXMLElement", call}, {L"ToXMLString", call}, {L"ToClearXMLString", call},
+        {L"FromXMLString", call}, {L"Clone", call}, {L"Duplicate", call},
+    };
+    CheckSlotOrder(library, IID__Lesson, "_Lesson", lesson, sizeof lesson / sizeof lesson[0]);
+    ITypeInfo* setInfo = nullptr;
+    library->GetTypeInfoOfGuid(IID__StoryboardCollection, &setInfo);
+    if (setInfo != nullptr) {
+        MEMBERID ids[2] = {1, 1};
+        LPOLESTR names[2] = {const_cast<LPOLESTR>(L"Item"), const_cast<LPOLESTR>(L"NewEnum")};
+        setInfo->GetIDsOfNames(&names[0], 1, &ids[0]);
+        setInfo->GetIDsOfNames(&names[1], 1, &ids[1]);
+        Check(ids[0] == DISPID_VALUE, "Item is the default member of _StoryboardCollection");
+        Check(ids[1] == DISPID_NEWENUM, "NewEnum is the enumerator member of _StoryboardCollection");
+        setInfo->Release();
     }
     library->Release();
 }
@@ -407,6 +815,10 @@ int main() {
     }
     CheckFunctions();
     CheckPersistedPropertyCollection();
+    CheckChildElements();
+    CheckStoryboards();
+    CheckLessonMap();
+    CheckLesson();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();
