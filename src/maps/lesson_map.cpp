@@ -232,7 +232,11 @@ xml::Element LessonMap::FindItem(std::string_view SBID) const {
         // Every element below the map with an "sbid", in document order.
         auto index = std::make_unique<ItemIndex>();
         index->map = map_;
+        // The walk counts its depth below the map instead of comparing the
+        // nodes it climbs back to: a DOM may hand out a new wrapper object on
+        // every navigation, so the map reached again need not equal `map_`.
         xml::Node node = map_.FirstChild();
+        int depth = 1;
         while (node) {
             if (node.IsElement()) {
                 const xml::Element element = node.AsElement();
@@ -241,6 +245,7 @@ xml::Element LessonMap::FindItem(std::string_view SBID) const {
                 }
                 if (xml::Node child = node.FirstChild()) {
                     node = std::move(child);
+                    ++depth;
                     continue;
                 }
             }
@@ -249,11 +254,11 @@ xml::Element LessonMap::FindItem(std::string_view SBID) const {
                     node = std::move(next);
                     break;
                 }
-                node = node.Parent();
-                if (node == map_) {
+                if (--depth == 0) {
                     node = xml::Node();
                     break;
                 }
+                node = node.Parent();
             }
         }
         index_ = std::move(index);
