@@ -11,6 +11,7 @@
 #include "com/direct_arguments.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
+#include "com/identity_map.hpp"
 #include "com/objects.hpp"
 #include "com/records.hpp"
 #include "com/text.hpp"
@@ -41,9 +42,8 @@ class CecObject;
 
 // One COM object per core object, each map from the core object to its COM
 // object; an object leaves its map when it goes.
-std::mutex gMapLock;
-std::unordered_map<const Element*, CeObject*> gElements;
-std::unordered_map<const List*, CecObject*> gLists;
+IdentityMap<Element, CeObject> gElements;
+IdentityMap<List, CecObject> gLists;
 
 const IID& kCeIid = IID__ChildElement;
 const IID& kCecIid = IID__ChildElementCollection;
@@ -52,11 +52,7 @@ class CeObject final : public DispatchObject<_ChildElement, &IID__ChildElement> 
 public:
     explicit CeObject(std::shared_ptr<Element> element) : element_(std::move(element)) {}
     ~CeObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gElements.find(element_.get());
-        if (found != gElements.end() && found->second == this) {
-            gElements.erase(found);
-        }
+        gElements.Forget(element_.get(), this);
     }
 
     const std::shared_ptr<Element>& Core() const noexcept { return element_; }
@@ -320,11 +316,7 @@ class CecObject final : public DispatchObject<_ChildElementCollection, &IID__Chi
 public:
     explicit CecObject(std::shared_ptr<List> list) : list_(std::move(list)) {}
     ~CecObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gLists.find(list_.get());
-        if (found != gLists.end() && found->second == this) {
-            gLists.erase(found);
-        }
+        gLists.Forget(list_.get(), this);
     }
 
     const std::shared_ptr<List>& Core() const noexcept { return list_; }
@@ -504,30 +496,14 @@ _ChildElement* WrapCE(const std::shared_ptr<Element>& element) {
     if (!element) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gElements.find(element.get());
-    if (found != gElements.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new CeObject(element);
-    gElements.emplace(element.get(), object);
-    return object;
+    return gElements.Wrap(element);
 }
 
 _ChildElementCollection* WrapCEC(const std::shared_ptr<List>& list) {
     if (!list) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gLists.find(list.get());
-    if (found != gLists.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new CecObject(list);
-    gLists.emplace(list.get(), object);
-    return object;
+    return gLists.Wrap(list);
 }
 
 std::shared_ptr<Element> UnwrapCE(IUnknown* object) {

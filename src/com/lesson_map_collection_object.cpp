@@ -10,6 +10,7 @@
 #include "com/direct_arguments.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
+#include "com/identity_map.hpp"
 #include "com/objects.hpp"
 #include "com/text.hpp"
 #include "xml/msxml/interop.hpp"
@@ -33,18 +34,13 @@ HRESULT Out(T* result, Body&& body) {
 
 class MapsObject;
 
-std::mutex gMapLock;
-std::unordered_map<const Maps*, MapsObject*> gLists;
+IdentityMap<Maps, MapsObject> gLists;
 
 class MapsObject final : public DispatchObject<_LessonMapCollection, &IID__LessonMapCollection> {
 public:
     explicit MapsObject(std::shared_ptr<Maps> maps) : maps_(std::move(maps)) {}
     ~MapsObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gLists.find(maps_.get());
-        if (found != gLists.end() && found->second == this) {
-            gLists.erase(found);
-        }
+        gLists.Forget(maps_.get(), this);
     }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -186,15 +182,7 @@ _LessonMapCollection* WrapMaps(const std::shared_ptr<Maps>& maps) {
     if (!maps) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gLists.find(maps.get());
-    if (found != gLists.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new MapsObject(maps);
-    gLists.emplace(maps.get(), object);
-    return object;
+    return gLists.Wrap(maps);
 }
 
 HRESULT CreateLessonMapCollection(REFIID iid, void** object) {

@@ -12,6 +12,7 @@
 #include "com/direct_arguments.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
+#include "com/identity_map.hpp"
 #include "com/objects.hpp"
 #include "com/text.hpp"
 #include "xml/msxml/interop.hpp"
@@ -187,18 +188,13 @@ private:
 
 class MapObject;
 
-std::mutex gMapLock;
-std::unordered_map<const Map*, MapObject*> gMaps;
+IdentityMap<Map, MapObject> gMaps;
 
 class MapObject final : public DispatchObject<_LessonMap, &IID__LessonMap> {
 public:
     explicit MapObject(std::shared_ptr<Map> map) : map_(std::move(map)) {}
     ~MapObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gMaps.find(map_.get());
-        if (found != gMaps.end() && found->second == this) {
-            gMaps.erase(found);
-        }
+        gMaps.Forget(map_.get(), this);
     }
 
     const std::shared_ptr<Map>& Core() const noexcept { return map_; }
@@ -335,15 +331,7 @@ _LessonMap* WrapMap(const std::shared_ptr<Map>& map) {
     if (!map) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gMaps.find(map.get());
-    if (found != gMaps.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new MapObject(map);
-    gMaps.emplace(map.get(), object);
-    return object;
+    return gMaps.Wrap(map);
 }
 
 std::shared_ptr<Map> UnwrapMap(IUnknown* object) {

@@ -8,6 +8,7 @@
 
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
+#include "com/identity_map.hpp"
 #include "com/objects.hpp"
 #include "com/records.hpp"
 #include "com/text.hpp"
@@ -29,18 +30,13 @@ class PpcObject;
 
 // One COM object per bag: the bags that have one, each to its object. An
 // object leaves the map when it goes.
-std::mutex gMapLock;
-std::unordered_map<const Bag*, PpcObject*> gObjects;
+IdentityMap<Bag, PpcObject> gObjects;
 
 class PpcObject final : public DispatchObject<_PersistedPropertyCollection, &IID__PersistedPropertyCollection> {
 public:
     explicit PpcObject(std::shared_ptr<Bag> bag) : bag_(std::move(bag)) {}
     ~PpcObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gObjects.find(bag_.get());
-        if (found != gObjects.end() && found->second == this) {
-            gObjects.erase(found);
-        }
+        gObjects.Forget(bag_.get(), this);
     }
 
     const std::shared_ptr<Bag>& Core() const noexcept { return bag_; }
@@ -491,15 +487,7 @@ _PersistedPropertyCollection* WrapPPC(const std::shared_ptr<Bag>& bag) {
     if (!bag) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gObjects.find(bag.get());
-    if (found != gObjects.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new PpcObject(bag);
-    gObjects.emplace(bag.get(), object);
-    return object;
+    return gObjects.Wrap(bag);
 }
 
 std::shared_ptr<Bag> UnwrapPPC(IUnknown* object) {

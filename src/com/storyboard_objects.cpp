@@ -14,6 +14,7 @@
 #include "com/direct_arguments.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
+#include "com/identity_map.hpp"
 #include "com/objects.hpp"
 #include "com/text.hpp"
 #include "xml/msxml/interop.hpp"
@@ -41,19 +42,14 @@ class SbObject;
 class SbcObject;
 
 // One COM object per core object; an object leaves its map when it goes.
-std::mutex gMapLock;
-std::unordered_map<const Board*, SbObject*> gBoards;
-std::unordered_map<const Boards*, SbcObject*> gSets;
+IdentityMap<Board, SbObject> gBoards;
+IdentityMap<Boards, SbcObject> gSets;
 
 class SbObject final : public DispatchObject<_Storyboard, &IID__Storyboard> {
 public:
     explicit SbObject(std::shared_ptr<Board> board) : board_(std::move(board)) {}
     ~SbObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gBoards.find(board_.get());
-        if (found != gBoards.end() && found->second == this) {
-            gBoards.erase(found);
-        }
+        gBoards.Forget(board_.get(), this);
     }
 
     const std::shared_ptr<Board>& Core() const noexcept { return board_; }
@@ -254,11 +250,7 @@ class SbcObject final : public DispatchObject<_StoryboardCollection, &IID__Story
 public:
     explicit SbcObject(std::shared_ptr<Boards> boards) : boards_(std::move(boards)) {}
     ~SbcObject() override {
-        const std::lock_guard<std::mutex> lock(gMapLock);
-        const auto found = gSets.find(boards_.get());
-        if (found != gSets.end() && found->second == this) {
-            gSets.erase(found);
-        }
+        gSets.Forget(boards_.get(), this);
     }
 
     const std::shared_ptr<Boards>& Core() const noexcept { return boards_; }
@@ -438,30 +430,14 @@ _Storyboard* WrapSB(const std::shared_ptr<Board>& board) {
     if (!board) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gBoards.find(board.get());
-    if (found != gBoards.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new SbObject(board);
-    gBoards.emplace(board.get(), object);
-    return object;
+    return gBoards.Wrap(board);
 }
 
 _StoryboardCollection* WrapSBC(const std::shared_ptr<Boards>& boards) {
     if (!boards) {
         return nullptr;
     }
-    const std::lock_guard<std::mutex> lock(gMapLock);
-    const auto found = gSets.find(boards.get());
-    if (found != gSets.end()) {
-        found->second->AddRef();
-        return found->second;
-    }
-    auto* object = new SbcObject(boards);
-    gSets.emplace(boards.get(), object);
-    return object;
+    return gSets.Wrap(boards);
 }
 
 std::shared_ptr<Board> UnwrapSB(IUnknown* object) {
