@@ -28,15 +28,6 @@ VARIANT_BOOL AsVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_F
 
 EncodingTypes Encoding(::EncodingTypes value) { return static_cast<EncodingTypes>(value); }
 
-template <class T, class Body>
-HRESULT Out(REFIID iid, T* result, Body&& body) {
-    if (result == nullptr) {
-        return E_POINTER;
-    }
-    *result = T{};
-    return Guard(iid, body);
-}
-
 class CeObject;
 class CecObject;
 

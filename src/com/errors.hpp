@@ -33,4 +33,15 @@ HRESULT Guard(REFIID iid, Body&& body) noexcept {
     }
 }
 
+// For a member with an out-parameter: a null `result` is E_POINTER;
+// otherwise the result is cleared before `body` runs under Guard.
+template <class T, class Body>
+HRESULT Out(REFIID iid, T* result, Body&& body) noexcept {
+    if (result == nullptr) {
+        return E_POINTER;
+    }
+    *result = T{};
+    return Guard(iid, body);
+}
+
 }  // namespace quillbank::com

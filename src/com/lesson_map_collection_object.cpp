@@ -24,12 +24,8 @@ using Maps = quillbank::LessonMapCollection;
 const IID& kMapsIid = IID__LessonMapCollection;
 
 template <class T, class Body>
-HRESULT Out(T* result, Body&& body) {
-    if (result == nullptr) {
-        return E_POINTER;
-    }
-    *result = T{};
-    return Guard(kMapsIid, body);
+HRESULT Out(T* result, Body&& body) noexcept {
+    return quillbank::com::Out(kMapsIid, result, body);
 }
 
 class MapsObject;

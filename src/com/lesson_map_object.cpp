@@ -26,12 +26,8 @@ using Map = quillbank::LessonMap;
 const IID& kMapIid = IID__LessonMap;
 
 template <class T, class Body>
-HRESULT Out(T* result, Body&& body) {
-    if (result == nullptr) {
-        return E_POINTER;
-    }
-    *result = T{};
-    return Guard(kMapIid, body);
+HRESULT Out(T* result, Body&& body) noexcept {
+    return quillbank::com::Out(kMapIid, result, body);
 }
 
 // Calls a member of a host object by name; a failure becomes the library's

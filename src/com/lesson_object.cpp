@@ -19,12 +19,8 @@ using Document = quillbank::Lesson;
 const IID& kLessonIid = IID__Lesson;
 
 template <class T, class Body>
-HRESULT Out(T* result, Body&& body) {
-    if (result == nullptr) {
-        return E_POINTER;
-    }
-    *result = T{};
-    return Guard(kLessonIid, body);
+HRESULT Out(T* result, Body&& body) noexcept {
+    return quillbank::com::Out(kLessonIid, result, body);
 }
 
 // A lesson is the root of its document: nothing else hands it out, so each

@@ -29,15 +29,6 @@ using Boards = quillbank::StoryboardCollection;
 const IID& kSbIid = IID__Storyboard;
 const IID& kSbcIid = IID__StoryboardCollection;
 
-template <class T, class Body>
-HRESULT Out(REFIID iid, T* result, Body&& body) {
-    if (result == nullptr) {
-        return E_POINTER;
-    }
-    *result = T{};
-    return Guard(iid, body);
-}
-
 class SbObject;
 class SbcObject;
 
