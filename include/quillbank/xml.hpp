@@ -146,6 +146,14 @@ public:
     // nothing outside the text is read.
     bool LoadXML(std::string_view text);
 
+    // Parses `text` as a document of its own (the rules of LoadXML, for a
+    // new document that does not preserve whitespace) and returns its root
+    // element, unattached, or null when the text does not load. This
+    // document's content does not change, but it may give the result its
+    // storage, so that a short-lived parse costs no document of its own; the
+    // element lives as long as any handle to it.
+    Element ParseRootElement(std::string_view text);
+
     // The root element, or null.
     Element DocumentElement() const;
     // Makes `element` the root element (replacing any other).

@@ -22,7 +22,13 @@ std::shared_ptr<PersistedPropertyCollection> NewNamelessBag() {
 
 ChildElement::ChildElement() : properties_(NewNamelessBag()) {}
 
-std::shared_ptr<ChildElement> ChildElement::Create() { return std::shared_ptr<ChildElement>(new ChildElement()); }
+std::shared_ptr<ChildElement> ChildElement::Create() {
+    // One allocation holds the object and its reference count.
+    struct Made : ChildElement {
+        Made() {}  // user-provided, so the object is not zero-filled first
+    };
+    return std::make_shared<Made>();
+}
 
 std::string ChildElement::Name() const { return properties_->Name(); }
 

@@ -21,7 +21,11 @@ constexpr std::int32_t kLastVisitablePosition = std::numeric_limits<std::int16_t
 ChildElementCollection::ChildElementCollection() : name_(kDefaultName) {}
 
 std::shared_ptr<ChildElementCollection> ChildElementCollection::Create() {
-    return std::shared_ptr<ChildElementCollection>(new ChildElementCollection());
+    // One allocation holds the object and its reference count.
+    struct Made : ChildElementCollection {
+        Made() {}  // user-provided, so the object is not zero-filled first
+    };
+    return std::make_shared<Made>();
 }
 
 std::string ChildElementCollection::Name() const { return name_; }

@@ -216,8 +216,12 @@ void Lesson::FromXMLString(std::string_view XMLString) {
     }
     // Stray control characters are removed so that they do not stop the
     // parse; text that is not UTF-8 does not parse.
+    // Lesson texts seldom hold any, so the text is copied only when one is found.
     xml::Document document = xml::Document::Create();
-    if (!document.LoadXML(support::StripControlChars(XMLString))) {
+    const bool loaded = support::HasStrippedControlChars(XMLString)
+                            ? document.LoadXML(support::StripControlChars(XMLString))
+                            : document.LoadXML(XMLString);
+    if (!loaded) {
         frame::Raise(ErrXmlForm, "Lesson.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
     FromXMLElement(document.DocumentElement());

@@ -64,7 +64,11 @@ PersistedProperty::~PersistedProperty() {
 }
 
 std::shared_ptr<PersistedProperty> PersistedProperty::Create() {
-    return std::shared_ptr<PersistedProperty>(new PersistedProperty());
+    // One allocation holds the object and its reference count.
+    struct Made : PersistedProperty {
+        Made() {}  // user-provided, so the object is not zero-filled first
+    };
+    return std::make_shared<Made>();
 }
 
 Variant PersistedProperty::Value() const {

@@ -14,30 +14,6 @@ namespace quillbank {
 
 namespace detail {
 
-std::shared_ptr<PersistedProperty> PropertyStore::Find(std::string_view name) const {
-    const auto found = index_.find(support::LowerCase(name));
-    return found == index_.end() ? nullptr : *found->second;
-}
-
-void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
-    std::string key = support::LowerCase(property->Name());
-    const auto found = index_.find(key);
-    if (found != index_.end()) {
-        order_.erase(found->second);
-        index_.erase(found);
-    }
-    order_.push_back(std::move(property));
-    index_.emplace(std::move(key), std::prev(order_.end()));
-}
-
-void PropertyStore::Remove(std::string_view name) {
-    const auto found = index_.find(support::LowerCase(name));
-    if (found != index_.end()) {
-        order_.erase(found->second);
-        index_.erase(found);
-    }
-}
-
 void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) {
     bag.store_ = std::make_unique<PropertyStore>();
 }
@@ -144,7 +120,11 @@ PersistedPropertyCollection::PersistedPropertyCollection()
 PersistedPropertyCollection::~PersistedPropertyCollection() = default;
 
 std::shared_ptr<PersistedPropertyCollection> PersistedPropertyCollection::Create() {
-    return std::shared_ptr<PersistedPropertyCollection>(new PersistedPropertyCollection());
+    // One allocation holds the object and its reference count.
+    struct Made : PersistedPropertyCollection {
+        Made() {}  // user-provided, so the object is not zero-filled first
+    };
+    return std::make_shared<Made>();
 }
 
 std::string PersistedPropertyCollection::Name() const { return name_; }

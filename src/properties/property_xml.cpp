@@ -45,8 +45,21 @@ const char* PlainElementName(PropertyTypes type) {
 std::string ToStoredLines(std::string_view text) { return support::ReplaceAll(text, "\r\n", "\n"); }
 
 // Every LF becomes CR LF, without doubling a CR LF that was there already.
-std::string FromStoredLines(std::string_view text) {
-    return support::ReplaceAll(support::ReplaceAll(text, "\n", "\r\n"), "\r\r\n", "\r\n");
+std::string FromStoredLines(std::string&& text) {
+    std::size_t lineFeed = text.find('\n');
+    if (lineFeed == std::string::npos) {
+        return std::move(text);
+    }
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    out.append(text, 0, lineFeed);
+    for (std::size_t i = lineFeed; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) {
+            out.push_back('\r');
+        }
+        out.push_back(text[i]);
+    }
+    return out;
 }
 
 // The first child element with exactly this name (letter case included), or null.
@@ -241,25 +254,22 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         return;
     }
     xml::Element element = Element;
-    std::string elementName = support::LowerCase(element.Name());
-    // Kept alive while the element read from it is in use.
-    xml::Document decodedDocument;
+    std::string elementName = element.Name();
+    support::FoldToLowerCase(elementName);
     if (elementName == "encprop") {
         encoding_type_ = etBase64Encoded;
         const std::string encType = support::VariantToText(element.GetAttribute("enctype"), "");
         const std::string encodedText = element.Text();
         const std::string decoded =
             encType == "utf8" ? support::DecodeBase64Utf8(encodedText) : support::DecodeBase64(encodedText);
-        decodedDocument = xml::Document::Create();
-        if (!decodedDocument.LoadXML(decoded)) {
+        // The decoded text is a document of its own; its parse may borrow the
+        // storage of the element's document.
+        element = element.OwnerDocument().ParseRootElement(decoded);
+        if (!element) {
             frame::Raise(ErrXmlForm, frame::kLibraryName, frame::kCorruptEncodedProperty);
         }
-        element = decodedDocument.DocumentElement();
-        if (!element) {
-            property_type_ = ptNone;
-            return;
-        }
-        elementName = support::LowerCase(element.Name());
+        elementName = element.Name();
+        support::FoldToLowerCase(elementName);
     } else {
         encoding_type_ = etNotEncoded;
     }

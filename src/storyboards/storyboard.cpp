@@ -21,7 +21,13 @@ Storyboard::Storyboard() { Initialize(true); }
 
 Storyboard::Storyboard(Unfilled) {}
 
-std::shared_ptr<Storyboard> Storyboard::Create() { return std::shared_ptr<Storyboard>(new Storyboard()); }
+std::shared_ptr<Storyboard> Storyboard::Create() {
+    // One allocation holds the object and its reference count.
+    struct Made : Storyboard {
+        Made() {}  // user-provided, so the object is not zero-filled first
+    };
+    return std::make_shared<Made>();
+}
 
 // The creation state. The storyboard type is not part of it: a new object
 // holds an empty one, and the reader sets it from the element in any case.

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace quillbank::support {
 
@@ -144,6 +145,10 @@ std::optional<bool> TextToBool(std::string_view text) {
 
 std::string VariantToText(const AttributeValue& value, std::string_view defaultValue) {
     return value ? *value : std::string(defaultValue);
+}
+
+std::string VariantToText(AttributeValue&& value, std::string_view defaultValue) {
+    return value ? std::move(*value) : std::string(defaultValue);
 }
 
 bool VariantToBool(const AttributeValue& value, bool defaultValue) {

@@ -22,6 +22,8 @@ namespace quillbank::support {
 using AttributeValue = std::optional<std::string>;
 
 std::string VariantToText(const AttributeValue& value, std::string_view defaultValue);
+// The same, taking the text over instead of copying it.
+std::string VariantToText(AttributeValue&& value, std::string_view defaultValue);
 bool VariantToBool(const AttributeValue& value, bool defaultValue);
 std::int32_t VariantToLong(const AttributeValue& value, std::int32_t defaultValue);
 double VariantToDouble(const AttributeValue& value, double defaultValue);

@@ -43,22 +43,40 @@ std::u16string LowerCaseKey(std::string_view text) {
     return key;
 }
 
-std::string LowerCase(std::string_view text) {
-    bool ascii = true;
+namespace {
+
+bool IsAscii(std::string_view text) {
     for (char c : text) {
         if (static_cast<unsigned char>(c) >= 0x80) {
-            ascii = false;
-            break;
+            return false;
         }
     }
-    if (ascii) {
+    return true;
+}
+
+void LowerAsciiInPlace(std::string& text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+    }
+}
+
+}  // namespace
+
+std::string LowerCase(std::string_view text) {
+    if (IsAscii(text)) {
         std::string out(text);
-        for (char& c : out) {
-            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-        }
+        LowerAsciiInPlace(out);
         return out;
     }
     return Utf16ToUtf8(LowerCaseKey(text));
+}
+
+void FoldToLowerCase(std::string& text) {
+    if (IsAscii(text)) {
+        LowerAsciiInPlace(text);
+    } else {
+        text = Utf16ToUtf8(LowerCaseKey(text));
+    }
 }
 
 void SwapStrings(std::vector<std::string>& array, std::int32_t a, std::int32_t b) {

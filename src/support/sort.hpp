@@ -15,6 +15,8 @@ namespace quillbank::support {
 std::u16string LowerCaseKey(std::string_view text);
 // The same folding applied to UTF-8 text (for keys held as UTF-8).
 std::string LowerCase(std::string_view text);
+// LowerCase applied to `text` itself: without a new string when it is ASCII.
+void FoldToLowerCase(std::string& text);
 
 // Quicksort in place into ascending order of the lower-cased texts. -1 for
 // `first` or `last` means the array's lower or upper bound.

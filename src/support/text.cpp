@@ -10,11 +10,15 @@
 
 namespace quillbank::support {
 
-std::string StripControlChars(std::string_view text) {
-    auto isStripped = [](unsigned char c) { return c <= 25 && c != 9 && c != 10 && c != 13; };
-    // The clean start, eight bytes at a time: a word without any byte below
-    // 26 holds nothing to strip (tabs and line breaks send a word through
-    // the byte test below).
+namespace {
+
+bool IsStripped(unsigned char c) { return c <= 25 && c != 9 && c != 10 && c != 13; }
+
+// How many bytes at the start of `text` hold nothing to strip. The clean
+// start is checked eight bytes at a time: a word without any byte below 26
+// holds nothing to strip (tabs and line breaks send a word through the byte
+// test below).
+std::size_t CleanPrefixLength(std::string_view text) {
     std::size_t i = 0;
     const char* data = text.data();
     for (; i + 8 <= text.size(); i += 8) {
@@ -24,23 +28,32 @@ std::string StripControlChars(std::string_view text) {
         if (((word - ones * 26) & ~word & (ones * 0x80)) != 0) {
             bool stripped = false;
             for (std::size_t k = 0; k < 8; ++k) {
-                stripped = stripped || isStripped(static_cast<unsigned char>(data[i + k]));
+                stripped = stripped || IsStripped(static_cast<unsigned char>(data[i + k]));
             }
             if (stripped) {
                 break;
             }
         }
     }
-    while (i < text.size() && !isStripped(static_cast<unsigned char>(text[i]))) {
+    while (i < text.size() && !IsStripped(static_cast<unsigned char>(text[i]))) {
         ++i;
     }
+    return i;
+}
+
+}  // namespace
+
+bool HasStrippedControlChars(std::string_view text) { return CleanPrefixLength(text) != text.size(); }
+
+std::string StripControlChars(std::string_view text) {
+    std::size_t i = CleanPrefixLength(text);
     std::string out(text.substr(0, i));
     if (i == text.size()) {
         return out;
     }
     out.reserve(text.size());
     for (; i < text.size(); ++i) {
-        if (!isStripped(static_cast<unsigned char>(text[i]))) {
+        if (!IsStripped(static_cast<unsigned char>(text[i]))) {
             out.push_back(text[i]);
         }
     }

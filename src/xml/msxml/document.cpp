@@ -86,6 +86,18 @@ bool Document::LoadXML(std::string_view text) {
     return SUCCEEDED(hr) && loaded != VARIANT_FALSE;
 }
 
+Element Document::ParseRootElement(std::string_view text) {
+    Require(impl_);
+    // MSXML parses into documents only: the element has a private one.
+    Document scratch = Create();
+    if (!scratch.LoadXML(text)) {
+        return Element();
+    }
+    const Element root = scratch.DocumentElement();
+    scratch.AsNode().RemoveChild(root);
+    return root;
+}
+
 Element Document::DocumentElement() const {
     IXMLDOMDocument* dom = Require(impl_);
     ComPtr<IXMLDOMElement> root;

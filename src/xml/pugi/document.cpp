@@ -69,6 +69,36 @@ bool Document::LoadXML(std::string_view text) {
     return loaded;
 }
 
+Element Document::ParseRootElement(std::string_view text) {
+    DocumentImpl& impl = Require(impl_);
+    if (text.find("<!DOCTYPE") != std::string_view::npos) {
+        // Only a document parse steps over a document type declaration.
+        Document scratch = Create();
+        if (!scratch.LoadXML(text)) {
+            return Element();
+        }
+        const Element root = scratch.DocumentElement();
+        scratch.AsNode().RemoveChild(root);
+        return root;
+    }
+    // The parse lands in a holder among the unattached nodes; the root
+    // element stays there, unattached, and the rest goes with the holder.
+    pugi::xml_node limbo = impl.Limbo();
+    const pugi::xml_node holder = limbo.append_child(pugi::node_element);
+    impl.TreeChanged();
+    pugi::xml_node root;
+    if (detail::ParseXmlTextInto(holder, text)) {
+        for (pugi::xml_node n = holder.first_child(); n; n = n.next_sibling()) {
+            if (n.type() == pugi::node_element) {
+                root = limbo.append_move(n);
+                break;
+            }
+        }
+    }
+    limbo.remove_child(holder);
+    return DocumentImpl::MakeElement(impl_, root);
+}
+
 Element Document::DocumentElement() const {
     DocumentImpl& impl = Require(impl_);
     for (pugi::xml_node n = detail::VisibleFirstChild(impl.Current()); n; n = n.next_sibling()) {

@@ -40,13 +40,14 @@ int XmlSpaceOf(pugi::xml_node element) {
     return 0;
 }
 
-// Drops the whitespace-only text that the nearest xml:space does not preserve.
-void DropUnpreservedWhitespace(pugi::xml_document& document) {
+// Drops the whitespace-only text under `top` that the nearest xml:space does
+// not preserve.
+void DropUnpreservedWhitespace(pugi::xml_node top) {
     std::vector<pugi::xml_node> drop;
     // The elements with an xml:space setting enclosing the current node.
     std::vector<std::pair<pugi::xml_node, bool>> spaces;
     WalkSubtree(
-        document,
+        top,
         [&](pugi::xml_node node) {
             switch (node.type()) {
                 case pugi::node_element:
@@ -91,6 +92,28 @@ bool ParseXmlText(pugi::xml_document& document, std::string_view text, bool pres
     }
     if (keepWhitespace && !preserveWhiteSpace) {
         DropUnpreservedWhitespace(document);
+    }
+    return true;
+}
+
+}  // namespace quillbank::xml::detail
+
+namespace quillbank::xml::detail {
+
+bool ParseXmlTextInto(pugi::xml_node holder, std::string_view text) {
+    const PrescanResult scan = PrescanXml(text);
+    if (!scan.accepted) {
+        return false;
+    }
+    // A declaration can only stand at the very start (the pre-scan saw to
+    // that); inside an element the parser would refuse it, so it is skipped.
+    const unsigned flags =
+        (kParseFlags & ~static_cast<unsigned>(pugi::parse_declaration)) | (scan.mentionsXmlSpace ? pugi::parse_ws_pcdata : 0u);
+    if (!holder.append_buffer(text.data(), text.size(), flags, pugi::encoding_utf8)) {
+        return false;
+    }
+    if (scan.mentionsXmlSpace) {
+        DropUnpreservedWhitespace(holder);
     }
     return true;
 }
