@@ -68,8 +68,11 @@ std::string EncodeBase64Text(std::span<const std::uint8_t> bytes) {
 }
 
 std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text) {
-    std::vector<std::uint8_t> out;
-    out.reserve(text.size() / 4 * 3);
+    // Every four characters give at most three bytes: the room is made once
+    // and the bytes written straight into it.
+    std::vector<std::uint8_t> out(text.size() / 4 * 3 + 3);
+    std::size_t written = 0;
+    auto put = [&out, &written](std::uint32_t byte) { out[written++] = static_cast<std::uint8_t>(byte); };
     std::uint32_t group = 0;
     int inGroup = 0;
     int padding = 0;
@@ -85,10 +88,10 @@ std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text)
             ++padding;
             if (inGroup + padding == 4) {
                 if (padding == 2) {
-                    out.push_back(static_cast<std::uint8_t>(group >> 4));
+                    put(group >> 4);
                 } else {
-                    out.push_back(static_cast<std::uint8_t>(group >> 10));
-                    out.push_back(static_cast<std::uint8_t>(group >> 2));
+                    put(group >> 10);
+                    put(group >> 2);
                 }
                 inGroup = 4;  // closed: nothing may follow
             }
@@ -103,13 +106,14 @@ std::optional<std::vector<std::uint8_t>> DecodeBase64Text(std::string_view text)
         }
         group = (group << 6) | static_cast<std::uint32_t>(v);
         if (++inGroup == 4) {
-            out.push_back(static_cast<std::uint8_t>(group >> 16));
-            out.push_back(static_cast<std::uint8_t>(group >> 8));
-            out.push_back(static_cast<std::uint8_t>(group));
+            put(group >> 16);
+            put(group >> 8);
+            put(group);
             group = 0;
             inGroup = 0;
         }
     }
+    out.resize(written);
     if (padding > 0) {
         // Padding started but did not complete the group ("xx=").
         if (inGroup != 4) {

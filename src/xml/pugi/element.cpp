@@ -26,8 +26,14 @@ pugi::xml_node Require(detail::NodeImpl* node) {
 
 pugi::xml_attribute Find(pugi::xml_node element, std::string_view name) {
     for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
+        // Compared in one pass; a stored name never holds a NUL, so the
+        // comparison stops at its end.
         const char* candidate = a.name();
-        if (std::strlen(candidate) == name.size() && name.compare(0, name.size(), candidate, name.size()) == 0) {
+        std::size_t i = 0;
+        while (i < name.size() && candidate[i] != '\0' && candidate[i] == name[i]) {
+            ++i;
+        }
+        if (i == name.size() && candidate[i] == '\0') {
             return a;
         }
     }
