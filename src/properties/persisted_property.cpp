@@ -63,6 +63,18 @@ PersistedProperty::~PersistedProperty() {
     t_pendingReleases = nullptr;
 }
 
+const PersistedProperty::LargeSlots& PersistedProperty::Large() const noexcept {
+    static const LargeSlots empty;
+    return large_ ? *large_ : empty;
+}
+
+PersistedProperty::LargeSlots& PersistedProperty::MutableLarge() {
+    if (!large_) {
+        large_ = std::make_unique<LargeSlots>();
+    }
+    return *large_;
+}
+
 std::shared_ptr<PersistedProperty> PersistedProperty::Create() {
     // One allocation holds the object and its reference count.
     struct Made : PersistedProperty {
@@ -86,13 +98,13 @@ Variant PersistedProperty::Value() const {
         case ptColor:
             return Variant(static_cast<std::int32_t>(color_));
         case ptFont:
-            return Variant(font_);
+            return Variant(Large().font);
         case ptRectangle:
-            return Variant(rectangle_);
+            return Variant(Large().rectangle);
         case ptAsset:
-            return Variant(asset_);
+            return Variant(Large().asset);
         case ptLocation:
-            return Variant(location_);
+            return Variant(Large().location);
         case ptPPC:
             return Variant(ppc_);
         case ptCEC:
@@ -140,31 +152,31 @@ void PersistedProperty::SetColor(std::string_view Name, OleColor NewValue, Encod
 
 void PersistedProperty::SetFontData(std::string_view Name, const FontData& NewValue, EncodingTypes EncodingType) {
     SetIdentity(Name, ptFont, EncodingType);
-    font_ = NewValue;
+    MutableLarge().font = NewValue;
 }
 
 void PersistedProperty::SetRectangleData(std::string_view Name, const Rectangle& NewValue,
                                          EncodingTypes EncodingType) {
     SetIdentity(Name, ptRectangle, EncodingType);
-    rectangle_ = NewValue;
+    MutableLarge().rectangle = NewValue;
 }
 
 void PersistedProperty::SetAssetData(std::string_view Name, const AssetData& NewValue, EncodingTypes EncodingType) {
     SetIdentity(Name, ptAsset, EncodingType);
-    asset_ = NewValue;
+    MutableLarge().asset = NewValue;
 }
 
 void PersistedProperty::SetLocationData(std::string_view Name, const LocationData& NewValue,
                                         EncodingTypes EncodingType) {
     SetIdentity(Name, ptLocation, EncodingType);
     if (NewValue.StartPoint.empty() && !NewValue.EndPoint.empty()) {
-        location_.StartPoint = NewValue.EndPoint;
-        location_.EndPoint.clear();
+        MutableLarge().location.StartPoint = NewValue.EndPoint;
+        MutableLarge().location.EndPoint.clear();
     } else {
-        location_.StartPoint = NewValue.StartPoint;
-        location_.EndPoint = NewValue.EndPoint;
+        MutableLarge().location.StartPoint = NewValue.StartPoint;
+        MutableLarge().location.EndPoint = NewValue.EndPoint;
     }
-    location_.MapName = NewValue.MapName;
+    MutableLarge().location.MapName = NewValue.MapName;
 }
 
 void PersistedProperty::SetPPCData(std::string_view Name, const std::shared_ptr<PersistedPropertyCollection>& NewValue,
@@ -201,16 +213,16 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
             copy->SetColor(name_, color_, encoding_type_);
             break;
         case ptFont:
-            copy->SetFontData(name_, font_, encoding_type_);
+            copy->SetFontData(name_, Large().font, encoding_type_);
             break;
         case ptRectangle:
-            copy->SetRectangleData(name_, rectangle_, encoding_type_);
+            copy->SetRectangleData(name_, Large().rectangle, encoding_type_);
             break;
         case ptAsset:
-            copy->SetAssetData(name_, asset_, encoding_type_);
+            copy->SetAssetData(name_, Large().asset, encoding_type_);
             break;
         case ptLocation:
-            copy->SetLocationData(name_, location_, encoding_type_);
+            copy->SetLocationData(name_, Large().location, encoding_type_);
             break;
         case ptPPC:
             // Without a held bag nothing is set at all: the copy stays nameless

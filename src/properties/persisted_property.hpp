@@ -46,10 +46,10 @@ public:
     std::string StringValue() const { return string_; }
     Date DateValue() const noexcept { return date_; }
     OleColor ColorValue() const noexcept { return color_; }
-    FontData FontValue() const { return font_; }
-    Rectangle RectangleValue() const noexcept { return rectangle_; }
-    AssetData AssetValue() const { return asset_; }
-    LocationData LocationValue() const { return location_; }
+    FontData FontValue() const { return Large().font; }
+    Rectangle RectangleValue() const noexcept { return Large().rectangle; }
+    AssetData AssetValue() const { return Large().asset; }
+    LocationData LocationValue() const { return Large().location; }
     // The held bag or list itself (not a copy), or null.
     std::shared_ptr<PersistedPropertyCollection> PPCValue() const { return ppc_; }
     std::shared_ptr<ChildElementCollection> CECValue() const { return cec_; }
@@ -104,10 +104,17 @@ private:
     Date date_ = 0.0;
     std::string string_;
     OleColor color_ = 0;
-    FontData font_;
-    Rectangle rectangle_;
-    AssetData asset_;
-    LocationData location_;
+    // The slots of the larger types. Most properties never hold any of them,
+    // so they are made on first use and read as empty until then.
+    struct LargeSlots {
+        FontData font;
+        Rectangle rectangle;
+        AssetData asset;
+        LocationData location;
+    };
+    const LargeSlots& Large() const noexcept;
+    LargeSlots& MutableLarge();
+    std::unique_ptr<LargeSlots> large_;
     std::shared_ptr<PersistedPropertyCollection> ppc_;
     std::shared_ptr<ChildElementCollection> cec_;
 };

@@ -128,35 +128,35 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
             element.SetAttribute("value", support::OLEColorToHTML(color_));
             break;
         case ptFont:
-            element.SetAttribute("familyName", font_.Name);
-            element.SetAttribute("emSize", support::DoubleToText(font_.Size));
-            element.SetAttribute("bold", support::TypedBoolToText(font_.Bold));
-            element.SetAttribute("italic", support::TypedBoolToText(font_.Italic));
-            element.SetAttribute("underline", support::TypedBoolToText(font_.Underline));
+            element.SetAttribute("familyName", Large().font.Name);
+            element.SetAttribute("emSize", support::DoubleToText(Large().font.Size));
+            element.SetAttribute("bold", support::TypedBoolToText(Large().font.Bold));
+            element.SetAttribute("italic", support::TypedBoolToText(Large().font.Italic));
+            element.SetAttribute("underline", support::TypedBoolToText(Large().font.Underline));
             break;
         case ptRectangle:
-            element.SetAttribute("left", support::LongToText(rectangle_.Left));
-            element.SetAttribute("top", support::LongToText(rectangle_.Top));
-            element.SetAttribute("width", support::LongToText(rectangle_.Width));
-            element.SetAttribute("height", support::LongToText(rectangle_.Height));
+            element.SetAttribute("left", support::LongToText(Large().rectangle.Left));
+            element.SetAttribute("top", support::LongToText(Large().rectangle.Top));
+            element.SetAttribute("width", support::LongToText(Large().rectangle.Width));
+            element.SetAttribute("height", support::LongToText(Large().rectangle.Height));
             break;
         case ptAsset:
-            element.SetAttribute("filename", asset_.Filename);
+            element.SetAttribute("filename", Large().asset.Filename);
             // A blank description or source (spaces, tabs, line breaks) is not written.
-            if (!support::IsBlankText(asset_.Description)) {
-                AppendTextChild(element, "description", asset_.Description);
+            if (!support::IsBlankText(Large().asset.Description)) {
+                AppendTextChild(element, "description", Large().asset.Description);
             }
-            if (!support::IsBlankText(asset_.Source)) {
-                AppendTextChild(element, "source", asset_.Source);
+            if (!support::IsBlankText(Large().asset.Source)) {
+                AppendTextChild(element, "source", Large().asset.Source);
             }
             break;
         case ptLocation:
-            element.SetAttribute("from", location_.StartPoint);
-            if (!location_.EndPoint.empty()) {
-                element.SetAttribute("to", location_.EndPoint);
+            element.SetAttribute("from", Large().location.StartPoint);
+            if (!Large().location.EndPoint.empty()) {
+                element.SetAttribute("to", Large().location.EndPoint);
             }
-            if (!location_.MapName.empty()) {
-                element.SetAttribute("map", location_.MapName);
+            if (!Large().location.MapName.empty()) {
+                element.SetAttribute("map", Large().location.MapName);
             }
             break;
         case ptPPC: {
@@ -298,36 +298,40 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         color_ = support::HTMLToOLEColor(support::VariantToText(element.GetAttribute("value"), ""));
     } else if (elementName == "fontprop") {
         property_type_ = ptFont;
+        FontData& font = MutableLarge().font;
         // A missing face name reads as "Courier New".
-        font_.Name = support::VariantToText(element.GetAttribute("familyName"), "Courier New");
-        font_.Size = support::VariantToDouble(element.GetAttribute("emSize"), 0.0);
-        font_.Bold = support::VariantToBool(element.GetAttribute("bold"), false);
-        font_.Italic = support::VariantToBool(element.GetAttribute("italic"), false);
-        font_.Underline = support::VariantToBool(element.GetAttribute("underline"), false);
+        font.Name = support::VariantToText(element.GetAttribute("familyName"), "Courier New");
+        font.Size = support::VariantToDouble(element.GetAttribute("emSize"), 0.0);
+        font.Bold = support::VariantToBool(element.GetAttribute("bold"), false);
+        font.Italic = support::VariantToBool(element.GetAttribute("italic"), false);
+        font.Underline = support::VariantToBool(element.GetAttribute("underline"), false);
     } else if (elementName == "rectprop") {
         property_type_ = ptRectangle;
-        rectangle_.Left = support::VariantToLong(element.GetAttribute("left"), 0);
-        rectangle_.Top = support::VariantToLong(element.GetAttribute("top"), 0);
-        rectangle_.Width = support::VariantToLong(element.GetAttribute("width"), 0);
-        rectangle_.Height = support::VariantToLong(element.GetAttribute("height"), 0);
+        Rectangle& rectangle = MutableLarge().rectangle;
+        rectangle.Left = support::VariantToLong(element.GetAttribute("left"), 0);
+        rectangle.Top = support::VariantToLong(element.GetAttribute("top"), 0);
+        rectangle.Width = support::VariantToLong(element.GetAttribute("width"), 0);
+        rectangle.Height = support::VariantToLong(element.GetAttribute("height"), 0);
     } else if (elementName == "assetprop") {
         property_type_ = ptAsset;
-        asset_.Filename = support::VariantToText(element.GetAttribute("filename"), "");
+        AssetData& asset = MutableLarge().asset;
+        asset.Filename = support::VariantToText(element.GetAttribute("filename"), "");
         // A text whose child is absent keeps the value it had.
         if (element.HasChildNodes()) {
             if (xml::Element source = FirstChildElementNamed(element, "source")) {
-                asset_.Source = FromStoredLines(source.Text());
+                asset.Source = FromStoredLines(source.Text());
             }
             if (xml::Element description = FirstChildElementNamed(element, "description")) {
-                asset_.Description = FromStoredLines(description.Text());
+                asset.Description = FromStoredLines(description.Text());
             }
         }
     } else if (elementName == "locationprop") {
         property_type_ = ptLocation;
+        LocationData& location = MutableLarge().location;
         // Read as written: the start-filling of the setter does not apply here.
-        location_.StartPoint = support::VariantToText(element.GetAttribute("from"), "");
-        location_.EndPoint = support::VariantToText(element.GetAttribute("to"), "");
-        location_.MapName = support::VariantToText(element.GetAttribute("map"), "");
+        location.StartPoint = support::VariantToText(element.GetAttribute("from"), "");
+        location.EndPoint = support::VariantToText(element.GetAttribute("to"), "");
+        location.MapName = support::VariantToText(element.GetAttribute("map"), "");
     } else if (elementName == "ppcprop") {
         // A bag nested past the limit is not read: the property stays untyped.
         const properties::NestingLevel level;
