@@ -33,16 +33,16 @@ thread_local std::vector<std::shared_ptr<void>>* t_pendingReleases = nullptr;
 }  // namespace
 
 PersistedProperty::~PersistedProperty() {
-    if (!ppc_ && !cec_) {
+    if (!large_ || (!large_->ppc && !large_->cec)) {
         return;
     }
     auto defer = [this](std::vector<std::shared_ptr<void>>& pending) {
         try {
-            if (ppc_) {
-                pending.push_back(std::move(ppc_));
+            if (large_->ppc) {
+                pending.push_back(std::move(large_->ppc));
             }
-            if (cec_) {
-                pending.push_back(std::move(cec_));
+            if (large_->cec) {
+                pending.push_back(std::move(large_->cec));
             }
         } catch (...) {
             // Out of memory: what is left is released the ordinary way.
@@ -106,9 +106,9 @@ Variant PersistedProperty::Value() const {
         case ptLocation:
             return Variant(Large().location);
         case ptPPC:
-            return Variant(ppc_);
+            return Variant(Large().ppc);
         case ptCEC:
-            return Variant(cec_);
+            return Variant(Large().cec);
         default:
             return Variant::Nothing();
     }
@@ -182,13 +182,13 @@ void PersistedProperty::SetLocationData(std::string_view Name, const LocationDat
 void PersistedProperty::SetPPCData(std::string_view Name, const std::shared_ptr<PersistedPropertyCollection>& NewValue,
                                    EncodingTypes EncodingType) {
     SetIdentity(Name, ptPPC, EncodingType);
-    ppc_ = NewValue ? NewValue->Clone() : nullptr;
+    MutableLarge().ppc = NewValue ? NewValue->Clone() : nullptr;
 }
 
 void PersistedProperty::SetCECData(std::string_view Name, const std::shared_ptr<ChildElementCollection>& NewValue,
                                    EncodingTypes EncodingType) {
     SetIdentity(Name, ptCEC, EncodingType);
-    cec_ = NewValue ? NewValue->Clone() : nullptr;
+    MutableLarge().cec = NewValue ? NewValue->Clone() : nullptr;
 }
 
 std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
@@ -228,19 +228,19 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
             // Without a held bag nothing is set at all: the copy stays nameless
             // and untyped. The copy takes one deep copy of the bag (copying it
             // twice would give the same result at twice the cost a level).
-            if (ppc_) {
+            if (Large().ppc) {
                 const properties::NestingLevel level;
                 level.Require("PersistedPropertyCollection.Clone");
                 copy->SetIdentity(name_, ptPPC, encoding_type_);
-                copy->ppc_ = ppc_->Clone();
+                copy->MutableLarge().ppc = Large().ppc->Clone();
             }
             break;
         case ptCEC:
-            if (cec_) {
+            if (Large().cec) {
                 const properties::NestingLevel level;
                 level.Require("ChildElementCollection.Clone");
                 copy->SetIdentity(name_, ptCEC, encoding_type_);
-                copy->cec_ = cec_->Clone();
+                copy->MutableLarge().cec = Large().cec->Clone();
             }
             break;
         default:

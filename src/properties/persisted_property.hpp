@@ -33,6 +33,7 @@ public:
     PersistedProperty& operator=(const PersistedProperty&) = delete;
 
     std::string Name() const { return name_; }
+    const std::string& NameRef() const noexcept { return name_; }
     PropertyTypes PropertyType() const noexcept { return property_type_; }
     EncodingTypes EncodingType() const noexcept { return encoding_type_; }
     // The current slot as a variant; an untyped property gives a null
@@ -51,8 +52,8 @@ public:
     AssetData AssetValue() const { return Large().asset; }
     LocationData LocationValue() const { return Large().location; }
     // The held bag or list itself (not a copy), or null.
-    std::shared_ptr<PersistedPropertyCollection> PPCValue() const { return ppc_; }
-    std::shared_ptr<ChildElementCollection> CECValue() const { return cec_; }
+    std::shared_ptr<PersistedPropertyCollection> PPCValue() const { return Large().ppc; }
+    std::shared_ptr<ChildElementCollection> CECValue() const { return Large().cec; }
 
     void SetBoolean(std::string_view Name, bool NewValue, EncodingTypes EncodingType);
     void SetLong(std::string_view Name, std::int32_t NewValue, EncodingTypes EncodingType);
@@ -104,19 +105,20 @@ private:
     Date date_ = 0.0;
     std::string string_;
     OleColor color_ = 0;
-    // The slots of the larger types. Most properties never hold any of them,
-    // so they are made on first use and read as empty until then.
+    // The slots of the larger types and of nested bags and lists. Most
+    // properties never hold any of them, so they are made on first use and
+    // read as empty until then.
     struct LargeSlots {
         FontData font;
         Rectangle rectangle;
         AssetData asset;
         LocationData location;
+        std::shared_ptr<PersistedPropertyCollection> ppc;
+        std::shared_ptr<ChildElementCollection> cec;
     };
     const LargeSlots& Large() const noexcept;
     LargeSlots& MutableLarge();
     std::unique_ptr<LargeSlots> large_;
-    std::shared_ptr<PersistedPropertyCollection> ppc_;
-    std::shared_ptr<ChildElementCollection> cec_;
 };
 
 // The value of the first child that is a text node ("" when there is none,

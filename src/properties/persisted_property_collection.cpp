@@ -81,6 +81,8 @@ void AppendPropertyElements(const PersistedPropertyCollection& bag, const xml::D
 void ReadPropertyElements(PersistedPropertyCollection& bag, const xml::Element& Element) {
     detail::PropertyBagAccess::ResetStore(bag);
     auto& store = detail::PropertyBagAccess::Store(bag);
+    // Room for every child, so that the bag's array grows once.
+    store.Reserve(static_cast<std::size_t>(Element.ChildCount()));
     for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
         if (!child.IsElement()) {
             continue;

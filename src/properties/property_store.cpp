@@ -11,6 +11,37 @@ namespace {
 
 std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>{}(key); }
 
+bool IsAscii(std::string_view text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
+
+// Whether `name` folds to `key` (a name folded to lower case already).
+bool FoldsTo(std::string_view name, std::string_view key) {
+    if (IsAscii(name)) {
+        if (name.size() != key.size()) {
+            return false;
+        }
+        for (std::size_t i = 0; i < name.size(); ++i) {
+            if (LowerAscii(name[i]) != key[i]) {
+                return false;
+            }
+        }
+        return true;
+    }
+    return support::LowerCase(name) == key;
+}
+
+bool Matches(const std::shared_ptr<PersistedProperty>& property, std::string_view key) {
+    return property && FoldsTo(property->NameRef(), key);
+}
+
 std::size_t TableSizeFor(std::size_t entries) {
     std::size_t size = 16;
     while (size < entries * 2) {
@@ -35,7 +66,7 @@ std::shared_ptr<PersistedProperty> PropertyStore::Find(std::string_view name) co
 }
 
 void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
-    std::string key = support::LowerCase(property->Name());
+    const std::string key = support::LowerCase(property->NameRef());
     const std::size_t hash = HashOf(key);
     if (const std::uint32_t old = Locate(key, hash); old != kFree) {
         Erase(old);
@@ -44,7 +75,7 @@ void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
     if (full) {
         Rebuild(live_ + 1);
     }
-    entries_.push_back(Entry{std::move(property), std::move(key), hash});
+    entries_.push_back(Entry{std::move(property), hash});
     ++live_;
     if (!table_.empty()) {
         InsertIntoTable(static_cast<std::uint32_t>(entries_.size() - 1));
@@ -62,7 +93,7 @@ std::uint32_t PropertyStore::Locate(std::string_view key, std::size_t hash) cons
     if (table_.empty()) {
         for (std::size_t i = 0; i < entries_.size(); ++i) {
             const Entry& entry = entries_[i];
-            if (entry.hash == hash && entry.property && entry.key == key) {
+            if (entry.hash == hash && Matches(entry.property, key)) {
                 return static_cast<std::uint32_t>(i);
             }
         }
@@ -74,7 +105,7 @@ std::uint32_t PropertyStore::Locate(std::string_view key, std::size_t hash) cons
         if (position == kFree) {
             return kFree;
         }
-        if (position != kRemoved && entries_[position].hash == hash && entries_[position].key == key) {
+        if (position != kRemoved && entries_[position].hash == hash && Matches(entries_[position].property, key)) {
             return position;
         }
     }
@@ -93,7 +124,6 @@ void PropertyStore::Erase(std::uint32_t position) {
     // Taken out before it is released, so that the store is whole again
     // whatever the property's release does.
     std::shared_ptr<PersistedProperty> released = std::move(entry.property);
-    std::string().swap(entry.key);
     --live_;
     const std::size_t gaps = entries_.size() - live_;
     if (gaps > live_ && gaps > kLinearLimit) {

@@ -4,8 +4,8 @@
 // name folded to lower case. Lookup, replacement and removal take constant
 // time on average, whatever the size of the bag.
 //
-// The properties stand in one array in insertion order, each with its folded
-// name and that name's hash. Removal leaves a gap that the walk skips; gaps
+// The properties stand in one array in insertion order, each with the hash
+// of its folded name (the name itself is compared only when the hashes match). Removal leaves a gap that the walk skips; gaps
 // are squeezed out once they outnumber the properties. A small bag is
 // searched along the array (the hash is compared first); a larger one keeps
 // an open-addressing table of array positions beside it.
@@ -25,8 +25,7 @@ namespace quillbank::detail {
 class PropertyStore {
     struct Entry {
         std::shared_ptr<PersistedProperty> property;  // null for a gap
-        std::string key;                              // the name folded to lower case
-        std::size_t hash = 0;
+        std::size_t hash = 0;                         // of the name folded to lower case
     };
 
 public:

@@ -162,16 +162,16 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
         case ptPPC: {
             const properties::NestingLevel level;
             level.Require("PersistedPropertyCollection.ToXMLElement");
-            if (ppc_ && ppc_->Count() > 0) {
-                element.AppendChild(ppc_->ToXMLElement(Document));
+            if (const auto& ppc = Large().ppc; ppc && ppc->Count() > 0) {
+                element.AppendChild(ppc->ToXMLElement(Document));
             }
             break;
         }
         case ptCEC: {
             const properties::NestingLevel level;
             level.Require("ChildElementCollection.ToXMLElement");
-            if (cec_ && cec_->Count() > 0) {
-                element.AppendChild(cec_->ToXMLElement(Document));
+            if (const auto& cec = Large().cec; cec && cec->Count() > 0) {
+                element.AppendChild(cec->ToXMLElement(Document));
             }
             break;
         }
@@ -341,10 +341,11 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         }
         property_type_ = ptPPC;
         // Without a "ppc" child the value is an empty bag, not null.
-        ppc_ = PersistedPropertyCollection::Create();
+        auto& ppc = MutableLarge().ppc;
+        ppc = PersistedPropertyCollection::Create();
         for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
             if (child.IsElement() && child.Name() == "ppc") {
-                ppc_->FromXMLElement(child.AsElement());
+                ppc->FromXMLElement(child.AsElement());
             }
         }
     } else if (elementName == "cecprop") {
@@ -354,10 +355,11 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
             return;
         }
         property_type_ = ptCEC;
-        cec_ = ChildElementCollection::Create();
+        auto& cec = MutableLarge().cec;
+        cec = ChildElementCollection::Create();
         for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
             if (child.IsElement() && child.Name() == "cec") {
-                cec_->FromXMLElement(child.AsElement());
+                cec->FromXMLElement(child.AsElement());
             }
         }
     } else {
