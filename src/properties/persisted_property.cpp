@@ -33,16 +33,16 @@ thread_local std::vector<std::shared_ptr<void>>* t_pendingReleases = nullptr;
 }  // namespace
 
 PersistedProperty::~PersistedProperty() {
-    if (!large_ || (!large_->ppc && !large_->cec)) {
+    if (!ppc_.Get() && !cec_.Get()) {
         return;
     }
     auto defer = [this](std::vector<std::shared_ptr<void>>& pending) {
         try {
-            if (large_->ppc) {
-                pending.push_back(std::move(large_->ppc));
+            if (ppc_.Get()) {
+                pending.push_back(std::move(ppc_.Set()));
             }
-            if (large_->cec) {
-                pending.push_back(std::move(large_->cec));
+            if (cec_.Get()) {
+                pending.push_back(std::move(cec_.Set()));
             }
         } catch (...) {
             // Out of memory: what is left is released the ordinary way.
@@ -61,18 +61,6 @@ PersistedProperty::~PersistedProperty() {
         next.reset();
     }
     t_pendingReleases = nullptr;
-}
-
-const PersistedProperty::LargeSlots& PersistedProperty::Large() const noexcept {
-    static const LargeSlots empty;
-    return large_ ? *large_ : empty;
-}
-
-PersistedProperty::LargeSlots& PersistedProperty::MutableLarge() {
-    if (!large_) {
-        large_ = std::make_unique<LargeSlots>();
-    }
-    return *large_;
 }
 
 std::shared_ptr<PersistedProperty> PersistedProperty::Create() {
@@ -98,17 +86,17 @@ Variant PersistedProperty::Value() const {
         case ptColor:
             return Variant(static_cast<std::int32_t>(color_));
         case ptFont:
-            return Variant(Large().font);
+            return Variant(font_.Get());
         case ptRectangle:
-            return Variant(Large().rectangle);
+            return Variant(rectangle_);
         case ptAsset:
-            return Variant(Large().asset);
+            return Variant(asset_.Get());
         case ptLocation:
-            return Variant(Large().location);
+            return Variant(location_.Get());
         case ptPPC:
-            return Variant(Large().ppc);
+            return Variant(ppc_.Get());
         case ptCEC:
-            return Variant(Large().cec);
+            return Variant(cec_.Get());
         default:
             return Variant::Nothing();
     }
@@ -152,43 +140,43 @@ void PersistedProperty::SetColor(std::string_view Name, OleColor NewValue, Encod
 
 void PersistedProperty::SetFontData(std::string_view Name, const FontData& NewValue, EncodingTypes EncodingType) {
     SetIdentity(Name, ptFont, EncodingType);
-    MutableLarge().font = NewValue;
+    font_.Set() = NewValue;
 }
 
 void PersistedProperty::SetRectangleData(std::string_view Name, const Rectangle& NewValue,
                                          EncodingTypes EncodingType) {
     SetIdentity(Name, ptRectangle, EncodingType);
-    MutableLarge().rectangle = NewValue;
+    rectangle_ = NewValue;
 }
 
 void PersistedProperty::SetAssetData(std::string_view Name, const AssetData& NewValue, EncodingTypes EncodingType) {
     SetIdentity(Name, ptAsset, EncodingType);
-    MutableLarge().asset = NewValue;
+    asset_.Set() = NewValue;
 }
 
 void PersistedProperty::SetLocationData(std::string_view Name, const LocationData& NewValue,
                                         EncodingTypes EncodingType) {
     SetIdentity(Name, ptLocation, EncodingType);
     if (NewValue.StartPoint.empty() && !NewValue.EndPoint.empty()) {
-        MutableLarge().location.StartPoint = NewValue.EndPoint;
-        MutableLarge().location.EndPoint.clear();
+        location_.Set().StartPoint = NewValue.EndPoint;
+        location_.Set().EndPoint.clear();
     } else {
-        MutableLarge().location.StartPoint = NewValue.StartPoint;
-        MutableLarge().location.EndPoint = NewValue.EndPoint;
+        location_.Set().StartPoint = NewValue.StartPoint;
+        location_.Set().EndPoint = NewValue.EndPoint;
     }
-    MutableLarge().location.MapName = NewValue.MapName;
+    location_.Set().MapName = NewValue.MapName;
 }
 
 void PersistedProperty::SetPPCData(std::string_view Name, const std::shared_ptr<PersistedPropertyCollection>& NewValue,
                                    EncodingTypes EncodingType) {
     SetIdentity(Name, ptPPC, EncodingType);
-    MutableLarge().ppc = NewValue ? NewValue->Clone() : nullptr;
+    ppc_.Set() = NewValue ? NewValue->Clone() : nullptr;
 }
 
 void PersistedProperty::SetCECData(std::string_view Name, const std::shared_ptr<ChildElementCollection>& NewValue,
                                    EncodingTypes EncodingType) {
     SetIdentity(Name, ptCEC, EncodingType);
-    MutableLarge().cec = NewValue ? NewValue->Clone() : nullptr;
+    cec_.Set() = NewValue ? NewValue->Clone() : nullptr;
 }
 
 std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
@@ -213,34 +201,34 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
             copy->SetColor(name_, color_, encoding_type_);
             break;
         case ptFont:
-            copy->SetFontData(name_, Large().font, encoding_type_);
+            copy->SetFontData(name_, font_.Get(), encoding_type_);
             break;
         case ptRectangle:
-            copy->SetRectangleData(name_, Large().rectangle, encoding_type_);
+            copy->SetRectangleData(name_, rectangle_, encoding_type_);
             break;
         case ptAsset:
-            copy->SetAssetData(name_, Large().asset, encoding_type_);
+            copy->SetAssetData(name_, asset_.Get(), encoding_type_);
             break;
         case ptLocation:
-            copy->SetLocationData(name_, Large().location, encoding_type_);
+            copy->SetLocationData(name_, location_.Get(), encoding_type_);
             break;
         case ptPPC:
             // Without a held bag nothing is set at all: the copy stays nameless
             // and untyped. The copy takes one deep copy of the bag (copying it
             // twice would give the same result at twice the cost a level).
-            if (Large().ppc) {
+            if (ppc_.Get()) {
                 const properties::NestingLevel level;
                 level.Require("PersistedPropertyCollection.Clone");
                 copy->SetIdentity(name_, ptPPC, encoding_type_);
-                copy->MutableLarge().ppc = Large().ppc->Clone();
+                copy->ppc_.Set() = ppc_.Get()->Clone();
             }
             break;
         case ptCEC:
-            if (Large().cec) {
+            if (cec_.Get()) {
                 const properties::NestingLevel level;
                 level.Require("ChildElementCollection.Clone");
                 copy->SetIdentity(name_, ptCEC, encoding_type_);
-                copy->MutableLarge().cec = Large().cec->Clone();
+                copy->cec_.Set() = cec_.Get()->Clone();
             }
             break;
         default:

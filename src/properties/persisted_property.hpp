@@ -18,6 +18,25 @@ namespace quillbank {
 class PersistedPropertyCollection;
 class ChildElementCollection;
 
+// A value made on first write; until then it reads as a default-made T.
+template <class T>
+class LazySlot {
+public:
+    const T& Get() const noexcept {
+        static const T empty{};
+        return value_ ? *value_ : empty;
+    }
+    T& Set() {
+        if (!value_) {
+            value_ = std::make_unique<T>();
+        }
+        return *value_;
+    }
+
+private:
+    std::unique_ptr<T> value_;
+};
+
 // There is one slot per type: a setter changes only its own slot and the
 // identity (name, type, encoding); the other slots keep what they held. Only
 // the slot named by PropertyType() is meaningful, serialised and cloned.
@@ -47,13 +66,13 @@ public:
     std::string StringValue() const { return string_; }
     Date DateValue() const noexcept { return date_; }
     OleColor ColorValue() const noexcept { return color_; }
-    FontData FontValue() const { return Large().font; }
-    Rectangle RectangleValue() const noexcept { return Large().rectangle; }
-    AssetData AssetValue() const { return Large().asset; }
-    LocationData LocationValue() const { return Large().location; }
+    FontData FontValue() const { return font_.Get(); }
+    Rectangle RectangleValue() const noexcept { return rectangle_; }
+    AssetData AssetValue() const { return asset_.Get(); }
+    LocationData LocationValue() const { return location_.Get(); }
     // The held bag or list itself (not a copy), or null.
-    std::shared_ptr<PersistedPropertyCollection> PPCValue() const { return Large().ppc; }
-    std::shared_ptr<ChildElementCollection> CECValue() const { return Large().cec; }
+    std::shared_ptr<PersistedPropertyCollection> PPCValue() const { return ppc_.Get(); }
+    std::shared_ptr<ChildElementCollection> CECValue() const { return cec_.Get(); }
 
     void SetBoolean(std::string_view Name, bool NewValue, EncodingTypes EncodingType);
     void SetLong(std::string_view Name, std::int32_t NewValue, EncodingTypes EncodingType);
@@ -105,20 +124,14 @@ private:
     Date date_ = 0.0;
     std::string string_;
     OleColor color_ = 0;
-    // The slots of the larger types and of nested bags and lists. Most
-    // properties never hold any of them, so they are made on first use and
-    // read as empty until then.
-    struct LargeSlots {
-        FontData font;
-        Rectangle rectangle;
-        AssetData asset;
-        LocationData location;
-        std::shared_ptr<PersistedPropertyCollection> ppc;
-        std::shared_ptr<ChildElementCollection> cec;
-    };
-    const LargeSlots& Large() const noexcept;
-    LargeSlots& MutableLarge();
-    std::unique_ptr<LargeSlots> large_;
+    // The slots of the larger types and of nested bags and lists: most
+    // properties never hold one, so each is made on first use.
+    Rectangle rectangle_;
+    LazySlot<FontData> font_;
+    LazySlot<AssetData> asset_;
+    LazySlot<LocationData> location_;
+    LazySlot<std::shared_ptr<PersistedPropertyCollection>> ppc_;
+    LazySlot<std::shared_ptr<ChildElementCollection>> cec_;
 };
 
 // The value of the first child that is a text node ("" when there is none,

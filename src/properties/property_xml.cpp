@@ -128,41 +128,41 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
             element.SetAttribute("value", support::OLEColorToHTML(color_));
             break;
         case ptFont:
-            element.SetAttribute("familyName", Large().font.Name);
-            element.SetAttribute("emSize", support::DoubleToText(Large().font.Size));
-            element.SetAttribute("bold", support::TypedBoolToText(Large().font.Bold));
-            element.SetAttribute("italic", support::TypedBoolToText(Large().font.Italic));
-            element.SetAttribute("underline", support::TypedBoolToText(Large().font.Underline));
+            element.SetAttribute("familyName", font_.Get().Name);
+            element.SetAttribute("emSize", support::DoubleToText(font_.Get().Size));
+            element.SetAttribute("bold", support::TypedBoolToText(font_.Get().Bold));
+            element.SetAttribute("italic", support::TypedBoolToText(font_.Get().Italic));
+            element.SetAttribute("underline", support::TypedBoolToText(font_.Get().Underline));
             break;
         case ptRectangle:
-            element.SetAttribute("left", support::LongToText(Large().rectangle.Left));
-            element.SetAttribute("top", support::LongToText(Large().rectangle.Top));
-            element.SetAttribute("width", support::LongToText(Large().rectangle.Width));
-            element.SetAttribute("height", support::LongToText(Large().rectangle.Height));
+            element.SetAttribute("left", support::LongToText(rectangle_.Left));
+            element.SetAttribute("top", support::LongToText(rectangle_.Top));
+            element.SetAttribute("width", support::LongToText(rectangle_.Width));
+            element.SetAttribute("height", support::LongToText(rectangle_.Height));
             break;
         case ptAsset:
-            element.SetAttribute("filename", Large().asset.Filename);
+            element.SetAttribute("filename", asset_.Get().Filename);
             // A blank description or source (spaces, tabs, line breaks) is not written.
-            if (!support::IsBlankText(Large().asset.Description)) {
-                AppendTextChild(element, "description", Large().asset.Description);
+            if (!support::IsBlankText(asset_.Get().Description)) {
+                AppendTextChild(element, "description", asset_.Get().Description);
             }
-            if (!support::IsBlankText(Large().asset.Source)) {
-                AppendTextChild(element, "source", Large().asset.Source);
+            if (!support::IsBlankText(asset_.Get().Source)) {
+                AppendTextChild(element, "source", asset_.Get().Source);
             }
             break;
         case ptLocation:
-            element.SetAttribute("from", Large().location.StartPoint);
-            if (!Large().location.EndPoint.empty()) {
-                element.SetAttribute("to", Large().location.EndPoint);
+            element.SetAttribute("from", location_.Get().StartPoint);
+            if (!location_.Get().EndPoint.empty()) {
+                element.SetAttribute("to", location_.Get().EndPoint);
             }
-            if (!Large().location.MapName.empty()) {
-                element.SetAttribute("map", Large().location.MapName);
+            if (!location_.Get().MapName.empty()) {
+                element.SetAttribute("map", location_.Get().MapName);
             }
             break;
         case ptPPC: {
             const properties::NestingLevel level;
             level.Require("PersistedPropertyCollection.ToXMLElement");
-            if (const auto& ppc = Large().ppc; ppc && ppc->Count() > 0) {
+            if (const auto& ppc = ppc_.Get(); ppc && ppc->Count() > 0) {
                 element.AppendChild(ppc->ToXMLElement(Document));
             }
             break;
@@ -170,7 +170,7 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
         case ptCEC: {
             const properties::NestingLevel level;
             level.Require("ChildElementCollection.ToXMLElement");
-            if (const auto& cec = Large().cec; cec && cec->Count() > 0) {
+            if (const auto& cec = cec_.Get(); cec && cec->Count() > 0) {
                 element.AppendChild(cec->ToXMLElement(Document));
             }
             break;
@@ -298,7 +298,7 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         color_ = support::HTMLToOLEColor(support::VariantToText(element.GetAttribute("value"), ""));
     } else if (elementName == "fontprop") {
         property_type_ = ptFont;
-        FontData& font = MutableLarge().font;
+        FontData& font = font_.Set();
         // A missing face name reads as "Courier New".
         font.Name = support::VariantToText(element.GetAttribute("familyName"), "Courier New");
         font.Size = support::VariantToDouble(element.GetAttribute("emSize"), 0.0);
@@ -307,14 +307,13 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         font.Underline = support::VariantToBool(element.GetAttribute("underline"), false);
     } else if (elementName == "rectprop") {
         property_type_ = ptRectangle;
-        Rectangle& rectangle = MutableLarge().rectangle;
-        rectangle.Left = support::VariantToLong(element.GetAttribute("left"), 0);
-        rectangle.Top = support::VariantToLong(element.GetAttribute("top"), 0);
-        rectangle.Width = support::VariantToLong(element.GetAttribute("width"), 0);
-        rectangle.Height = support::VariantToLong(element.GetAttribute("height"), 0);
+        rectangle_.Left = support::VariantToLong(element.GetAttribute("left"), 0);
+        rectangle_.Top = support::VariantToLong(element.GetAttribute("top"), 0);
+        rectangle_.Width = support::VariantToLong(element.GetAttribute("width"), 0);
+        rectangle_.Height = support::VariantToLong(element.GetAttribute("height"), 0);
     } else if (elementName == "assetprop") {
         property_type_ = ptAsset;
-        AssetData& asset = MutableLarge().asset;
+        AssetData& asset = asset_.Set();
         asset.Filename = support::VariantToText(element.GetAttribute("filename"), "");
         // A text whose child is absent keeps the value it had.
         if (element.HasChildNodes()) {
@@ -327,7 +326,7 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         }
     } else if (elementName == "locationprop") {
         property_type_ = ptLocation;
-        LocationData& location = MutableLarge().location;
+        LocationData& location = location_.Set();
         // Read as written: the start-filling of the setter does not apply here.
         location.StartPoint = support::VariantToText(element.GetAttribute("from"), "");
         location.EndPoint = support::VariantToText(element.GetAttribute("to"), "");
@@ -341,7 +340,7 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         }
         property_type_ = ptPPC;
         // Without a "ppc" child the value is an empty bag, not null.
-        auto& ppc = MutableLarge().ppc;
+        auto& ppc = ppc_.Set();
         ppc = PersistedPropertyCollection::Create();
         for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
             if (child.IsElement() && child.Name() == "ppc") {
@@ -355,7 +354,7 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
             return;
         }
         property_type_ = ptCEC;
-        auto& cec = MutableLarge().cec;
+        auto& cec = cec_.Set();
         cec = ChildElementCollection::Create();
         for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
             if (child.IsElement() && child.Name() == "cec") {
