@@ -80,6 +80,9 @@ class Prescanner {
 public:
     explicit Prescanner(std::string_view text) : t_(text) {}
 
+    // Whether some start tag has an xml:space attribute.
+    bool SawXmlSpace() const noexcept { return sawXmlSpace_; }
+
     bool Run() {
         while (p_ < t_.size()) {
             const char c = t_[p_];
@@ -390,6 +393,9 @@ private:
             --begin;
         }
         const std::string_view name = t_.substr(begin, end - begin);
+        if (name == "xml:space") {
+            sawXmlSpace_ = true;
+        }
         if (names_.size() < kPairwiseNameLimit) {
             for (std::string_view seen : names_) {
                 if (seen == name) {
@@ -462,14 +468,16 @@ private:
     std::size_t depth_ = 0;
     int roots_ = 0;
     bool sawDoctype_ = false;
+    bool sawXmlSpace_ = false;
 };
 
 }  // namespace
 
 PrescanResult PrescanXml(std::string_view text) {
     PrescanResult result;
-    result.accepted = Prescanner(text).Run();
-    result.mentionsXmlSpace = result.accepted && text.find("xml:space") != std::string_view::npos;
+    Prescanner scanner(text);
+    result.accepted = scanner.Run();
+    result.mentionsXmlSpace = result.accepted && scanner.SawXmlSpace();
     return result;
 }
 

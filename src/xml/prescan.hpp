@@ -12,7 +12,7 @@ namespace quillbank::xml {
 struct PrescanResult {
     // False when the text must not load.
     bool accepted = false;
-    // True when the text names the xml:space attribute anywhere, so that
+    // True when some start tag has an xml:space attribute, so that
     // whitespace-only text must be kept while parsing and filtered afterwards.
     bool mentionsXmlSpace = false;
 };
