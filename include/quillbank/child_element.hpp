@@ -88,6 +88,7 @@ public:
 
 private:
     ChildElement();
+    xml::Element WriteElement(const xml::Document& Document, bool clear) const;
     void SetPPCObject(std::shared_ptr<PersistedPropertyCollection> PPC);
 
     std::string element_type_;

@@ -13,6 +13,10 @@
 
 namespace quillbank {
 
+namespace xml {
+class Writer;  // the library's own, internal
+}
+
 // A lesson is created with a new LessonID (36-character upper-case GUID
 // text), the title "New Lesson", empty Identifier and Classification, and
 // three new, empty parts: its property bag, its maps and its storyboards.
@@ -70,6 +74,7 @@ private:
     Lesson();
     void Reset();
     xml::Element WriteElement(const xml::Document& Document, bool clear, const char* source) const;
+    void WriteTo(xml::Writer& writer, bool clear) const;
 
     std::string lesson_id_;
     std::string title_;

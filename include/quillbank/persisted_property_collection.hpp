@@ -110,6 +110,7 @@ public:
 
 private:
     PersistedPropertyCollection();
+    xml::Element WriteElement(const xml::Document& Document, bool clear, const char* source) const;
 
     std::string name_;
     std::unique_ptr<detail::PropertyStore> store_;

@@ -2,10 +2,12 @@
 
 #include <quillbank/child_element_collection.hpp>
 
+#include "elements/element_writers.hpp"
 #include "frame/raise.hpp"
 #include "properties/property_bag.hpp"
 #include "support/conversions.hpp"
 #include "support/text.hpp"
+#include "xml/string_writing.hpp"
 
 namespace quillbank {
 
@@ -196,38 +198,29 @@ constexpr const char* kWriterSource = "ChildElement.ToXMLElement";
 
 }  // namespace
 
-xml::Element ChildElement::ToClearXMLElement(const xml::Document& Document) {
-    if (!Document) {
-        frame::Raise(ErrNullArgument, kWriterSource, frame::kDocumentCannotBeNull);
-    }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("ce");
-    element.SetAttribute("name", properties_->Name());
-    element.SetAttribute("type", element_type_);
-    properties::AppendClearPropertyElements(*properties_, document, element);
-    return element;
-}
+xml::Element ChildElement::ToClearXMLElement(const xml::Document& Document) { return WriteElement(Document, true); }
 
-xml::Element ChildElement::ToXMLElement(const xml::Document& Document) {
+xml::Element ChildElement::ToXMLElement(const xml::Document& Document) { return WriteElement(Document, false); }
+
+xml::Element ChildElement::WriteElement(const xml::Document& Document, bool clear) const {
     if (!Document) {
         frame::Raise(ErrNullArgument, kWriterSource, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
     document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("ce");
-    element.SetAttribute("name", properties_->Name());
-    element.SetAttribute("type", element_type_);
-    properties::AppendPropertyElements(*properties_, document, element);
-    return element;
+    xml::DomWriter writer(document);
+    elements::WriteChildElement(*this, writer, clear);
+    return writer.Result();
 }
 
 std::string ChildElement::ToClearXMLString() {
-    return support::StripControlChars(ToClearXMLElement(xml::Document::Create()).Xml());
+    return support::StripControlCharsOwned(
+        xml::WriteString([this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, true); }));
 }
 
 std::string ChildElement::ToXMLString() {
-    return support::StripControlChars(ToXMLElement(xml::Document::Create()).Xml());
+    return support::StripControlCharsOwned(
+        xml::WriteString([this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, false); }));
 }
 
 void ChildElement::FromXMLElement(const xml::Element& Element) {

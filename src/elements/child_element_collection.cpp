@@ -3,6 +3,7 @@
 #include <limits>
 #include <utility>
 
+#include "elements/element_writers.hpp"
 #include "frame/raise.hpp"
 #include "support/conversions.hpp"
 #include "support/text.hpp"
@@ -154,31 +155,22 @@ std::shared_ptr<ChildElementCollection> ChildElementCollection::Clone() const {
 }
 
 xml::Element ChildElementCollection::ToClearXMLElement(const xml::Document& Document) {
-    if (!Document) {
-        frame::Raise(ErrNullArgument, "ChildElementCollection.ToClearXMLElement", frame::kDocumentCannotBeNull);
-    }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("cec");
-    element.SetAttribute("name", name_);
-    for (const auto& entry : elements_) {
-        element.AppendChild(entry->ToClearXMLElement(document));
-    }
-    return element;
+    return WriteElement(Document, true, "ChildElementCollection.ToClearXMLElement");
 }
 
 xml::Element ChildElementCollection::ToXMLElement(const xml::Document& Document) {
+    return WriteElement(Document, false, "ChildElementCollection.ToXMLElement");
+}
+
+xml::Element ChildElementCollection::WriteElement(const xml::Document& Document, bool clear, const char* source) const {
     if (!Document) {
-        frame::Raise(ErrNullArgument, "ChildElementCollection.ToXMLElement", frame::kDocumentCannotBeNull);
+        frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
     document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("cec");
-    element.SetAttribute("name", name_);
-    for (const auto& entry : elements_) {
-        element.AppendChild(entry->ToXMLElement(document));
-    }
-    return element;
+    xml::DomWriter writer(document);
+    elements::WriteChildList(*this, writer, clear);
+    return writer.Result();
 }
 
 void ChildElementCollection::FromXMLElement(const xml::Element& Element) {

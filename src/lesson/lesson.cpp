@@ -10,9 +10,12 @@
 
 #include "frame/raise.hpp"
 #include "maps/lesson_map_access.hpp"
+#include "properties/property_bag.hpp"
+#include "storyboards/storyboard_access.hpp"
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
 #include "support/text.hpp"
+#include "xml/string_writing.hpp"
 
 namespace quillbank {
 
@@ -131,32 +134,38 @@ std::shared_ptr<LessonMapCollection> Lesson::Maps() const { return maps_; }
 
 std::shared_ptr<StoryboardCollection> Lesson::Storyboards() const { return storyboards_; }
 
+void Lesson::WriteTo(xml::Writer& writer, bool clear) const {
+    writer.StartElement("lesson");
+    writer.Attribute("lessonid", lesson_id_);
+    writer.Attribute("title", title_);
+    if (!identifier_.empty()) {
+        writer.Attribute("identifier", identifier_);
+    }
+    writer.Attribute("documentid", support::NewGUIDString());
+    const bool classified = !classification_.empty();
+    if (classified) {
+        writer.Attribute("classification", classification_);
+        writer.Comment(BannerText(classification_));
+    }
+    properties::WriteBag(*properties_, writer, clear);
+    // The maps have one form only.
+    maps::WriteMaps(*maps_, writer);
+    storyboards::WriteStoryboards(*storyboards_, writer, clear);
+    if (classified) {
+        writer.Comment(BannerText(classification_));
+    }
+    writer.EndElement();
+}
+
 xml::Element Lesson::WriteElement(const xml::Document& Document, bool clear, const char* source) const {
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
     document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("lesson");
-    element.SetAttribute("lessonid", lesson_id_);
-    element.SetAttribute("title", title_);
-    if (!identifier_.empty()) {
-        element.SetAttribute("identifier", identifier_);
-    }
-    element.SetAttribute("documentid", support::NewGUIDString());
-    const bool classified = !classification_.empty();
-    if (classified) {
-        element.SetAttribute("classification", classification_);
-        element.AppendChild(document.CreateComment(BannerText(classification_)));
-    }
-    element.AppendChild(clear ? properties_->ToClearXMLElement(document) : properties_->ToXMLElement(document));
-    // The maps have one form only.
-    element.AppendChild(maps_->ToXMLElement(document));
-    element.AppendChild(clear ? storyboards_->ToClearXMLElement(document) : storyboards_->ToXMLElement(document));
-    if (classified) {
-        element.AppendChild(document.CreateComment(BannerText(classification_)));
-    }
-    return element;
+    xml::DomWriter writer(document);
+    WriteTo(writer, clear);
+    return writer.Result();
 }
 
 xml::Element Lesson::ToClearXMLElement(const xml::Document& Document) const {
@@ -200,13 +209,11 @@ void Lesson::FromXMLElement(const xml::Element& Element) {
 }
 
 std::string Lesson::ToXMLString() const {
-    xml::Document document = xml::Document::Create();
-    return support::StripControlChars(ToXMLElement(document).Xml());
+    return support::StripControlCharsOwned(xml::WriteString([this](xml::Writer& writer) { WriteTo(writer, false); }));
 }
 
 std::string Lesson::ToClearXMLString() const {
-    xml::Document document = xml::Document::Create();
-    return support::StripControlChars(ToClearXMLElement(document).Xml());
+    return support::StripControlCharsOwned(xml::WriteString([this](xml::Writer& writer) { WriteTo(writer, true); }));
 }
 
 void Lesson::FromXMLString(std::string_view XMLString) {

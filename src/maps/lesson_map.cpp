@@ -538,6 +538,14 @@ xml::Node LessonMapAccess::AppendCopyTo(const LessonMap& Map, xml::Node Parent) 
     return Parent.AppendChild(Map.map_.CloneNode(true));
 }
 
+void LessonMapAccess::Write(const LessonMap& Map, xml::Writer& writer) {
+    if (xml::Element* parent = writer.DomParent()) {
+        AppendCopyTo(Map, *parent);
+    } else {
+        writer.Markup(Map.map_.Xml());
+    }
+}
+
 }  // namespace detail
 
 }  // namespace quillbank

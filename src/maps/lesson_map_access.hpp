@@ -3,8 +3,11 @@
 // What a lesson map offers the library's other classes only.
 
 #include <quillbank/lesson_map.hpp>
+#include <quillbank/lesson_map_collection.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 #include <quillbank/xml.hpp>
+
+#include "xml/writer.hpp"
 
 namespace quillbank::detail {
 
@@ -22,6 +25,20 @@ struct LessonMapAccess {
     // and returns it. The copy is made directly in Parent's document: the
     // same result as appending Map.ToXMLElement(document), with one copy.
     static xml::Node AppendCopyTo(const LessonMap& Map, xml::Node Parent);
+
+    // Writes the map's element, a copy of its stored tree, as the next child
+    // of the element being written.
+    static void Write(const LessonMap& Map, xml::Writer& writer);
 };
 
 }  // namespace quillbank::detail
+
+namespace quillbank::maps {
+
+// The "maps" element: "default" (the default map's name) when there is a
+// default map, then each map's element in order.
+void WriteMaps(const LessonMapCollection& maps, xml::Writer& writer);
+
+}  // namespace quillbank::maps
+
+namespace quillbank::detail {}  // namespace quillbank::detail

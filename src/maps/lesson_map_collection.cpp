@@ -1,4 +1,5 @@
-// LessonMapCollection: the ordered maps, the default map and the "maps" element.
+// LessonMapCollection: the ordered maps, the default map and the "maps"
+// element.
 
 #include <quillbank/lesson_map_collection.hpp>
 
@@ -150,22 +151,27 @@ std::shared_ptr<LessonMapCollection> LessonMapCollection::Clone() const {
     return copy;
 }
 
+void maps::WriteMaps(const LessonMapCollection& maps, xml::Writer& writer) {
+    writer.StartElement(kMapsElement);
+    if (const std::shared_ptr<LessonMap> defaultMap = maps.DefaultMap()) {
+        writer.Attribute(kDefaultAttribute, defaultMap->Name());
+    }
+    const std::int32_t count = maps.Count();
+    for (std::int32_t i = 0; i < count; ++i) {
+        detail::LessonMapAccess::Write(*maps.ItemAt(i), writer);
+    }
+    writer.EndElement();
+}
+
 xml::Element LessonMapCollection::ToXMLElement(const xml::Document& Document) const {
     if (!Document) {
         frame::Raise(ErrNullArgument, "LessonMapCollection.ToXMLElement", frame::kDocumentCannotBeNull);
     }
     // Unlike the other writers, this one leaves the document's whitespace
     // switch as it is.
-    xml::Document document = Document;
-    xml::Element element = document.CreateElement(kMapsElement);
-    if (const std::shared_ptr<LessonMap> defaultMap = DefaultMap()) {
-        element.SetAttribute(kDefaultAttribute, defaultMap->Name());
-    }
-    // Each map's element, copied straight into place.
-    for (const std::shared_ptr<LessonMap>& map : maps_) {
-        detail::LessonMapAccess::AppendCopyTo(*map, element);
-    }
-    return element;
+    xml::DomWriter writer(Document);
+    maps::WriteMaps(*this, writer);
+    return writer.Result();
 }
 
 void LessonMapCollection::FromXMLElement(const xml::Element& Element) {

@@ -15,6 +15,10 @@
 
 namespace quillbank {
 
+namespace xml {
+class Writer;
+}
+
 class PersistedPropertyCollection;
 class ChildElementCollection;
 
@@ -103,6 +107,10 @@ public:
     // when untyped, for an unknown encoding, or on any failure. A null
     // Document is replaced by a new one. Never raises.
     xml::Element ToXMLElement(const xml::Document& Document);
+    // Writes what ToXMLElement gives (with `clear`, what ToClearXMLElement
+    // gives) to `writer`; returns false, having written nothing, when that is
+    // no element. Raises only for nesting past the limit.
+    bool WriteTo(xml::Writer& writer, bool clear);
     // Reads any element form. Never raises: whatever cannot be read leaves
     // the property untyped (the fields read before the failure stay).
     void FromXMLElement(const xml::Element& Element);
@@ -111,8 +119,11 @@ private:
     PersistedProperty() = default;
 
     void SetIdentity(std::string_view Name, PropertyTypes PropertyType, EncodingTypes EncodingType);
-    xml::Element CreatePropertyElement(xml::Document& Document, const char* ElementName) const;
-    xml::Element WritePlainElement(xml::Document& Document) const;
+    xml::Element WriteElement(const xml::Document& Document, bool clear);
+    // The plain element, whatever the encoding.
+    void WritePlain(xml::Writer& writer) const;
+    // The "xml" text of the plain element, which travels base64-encoded.
+    std::string PlainElementText() const;
     void ReadElement(const xml::Element& Element);
 
     std::string name_;

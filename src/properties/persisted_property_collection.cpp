@@ -1,5 +1,7 @@
 #include <quillbank/persisted_property_collection.hpp>
 
+#include <algorithm>
+
 #include <quillbank/child_element_collection.hpp>
 
 #include "frame/raise.hpp"
@@ -9,14 +11,13 @@
 #include "support/conversions.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
+#include "xml/string_writing.hpp"
 
 namespace quillbank {
 
 namespace detail {
 
-void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) {
-    bag.store_ = std::make_unique<PropertyStore>();
-}
+void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) { bag.store_ = std::make_unique<PropertyStore>(); }
 
 }  // namespace detail
 
@@ -24,30 +25,44 @@ namespace properties {
 
 namespace {
 
-// An empty name list is one empty string; a group whose sorted list starts
-// with the empty string is not written at all.
-bool HasNames(const std::vector<std::string>& names) { return !names.empty() && !names.front().empty(); }
-
-template <typename Write>
-void AppendSorted(const PersistedPropertyCollection& bag, std::vector<std::string> names, xml::Element& Parent,
-                  Write write) {
-    support::SortStrings(names);
-    if (!HasNames(names)) {
+// Writes the properties of one run in the order of their lower-cased names
+// (UTF-16 code units, as the names are sorted everywhere). Names in a bag
+// differ without regard to case, so the order is fully determined. A run
+// whose first name is empty is not written at all.
+void WriteSorted(const std::vector<PersistedProperty*>& run, xml::Writer& writer, bool clear) {
+    if (run.empty()) {
         return;
     }
-    for (const std::string& name : names) {
-        if (auto property = FindProperty(bag, name)) {
-            if (xml::Element element = write(*property)) {
-                Parent.AppendChild(element);
-            }
-        }
+    std::u16string keyText;
+    std::vector<std::size_t> keyEnds;
+    keyEnds.reserve(run.size());
+    for (const PersistedProperty* property : run) {
+        support::AppendLowerCaseKey(keyText, property->NameRef());
+        keyEnds.push_back(keyText.size());
+    }
+    struct Entry {
+        std::u16string_view key;
+        PersistedProperty* property;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(run.size());
+    std::size_t keyStart = 0;
+    for (std::size_t i = 0; i < run.size(); ++i) {
+        entries.push_back({std::u16string_view(keyText).substr(keyStart, keyEnds[i] - keyStart), run[i]});
+        keyStart = keyEnds[i];
+    }
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    if (entries.front().property->NameRef().empty()) {
+        return;
+    }
+    for (const Entry& entry : entries) {
+        entry.property->WriteTo(writer, clear);
     }
 }
 
 }  // namespace
 
-std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag,
-                                                std::string_view PropertyName) {
+std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag, std::string_view PropertyName) {
     return detail::PropertyBagAccess::Store(bag).Find(PropertyName);
 }
 
@@ -65,17 +80,33 @@ std::int32_t CountByEncoding(const PersistedPropertyCollection& bag, std::int32_
     return count;
 }
 
-void AppendClearPropertyElements(const PersistedPropertyCollection& bag, const xml::Document& Document,
-                                 xml::Element& Parent) {
-    AppendSorted(bag, bag.GetPropertyNameArray(-1), Parent,
-                 [&](PersistedProperty& property) { return property.ToClearXMLElement(Document); });
+void WritePropertyElements(const PersistedPropertyCollection& bag, xml::Writer& writer, bool clear) {
+    const auto items = detail::PropertyBagAccess::Store(bag).Items();
+    std::vector<PersistedProperty*> run;
+    run.reserve(bag.Count());
+    if (clear) {
+        for (const auto& property : items) {
+            run.push_back(property.get());
+        }
+        WriteSorted(run, writer, true);
+        return;
+    }
+    for (const EncodingTypes encoding : {etNotEncoded, etBase64Encoded}) {
+        run.clear();
+        for (const auto& property : items) {
+            if (property->EncodingType() == encoding) {
+                run.push_back(property.get());
+            }
+        }
+        WriteSorted(run, writer, false);
+    }
 }
 
-void AppendPropertyElements(const PersistedPropertyCollection& bag, const xml::Document& Document,
-                            xml::Element& Parent) {
-    auto write = [&](PersistedProperty& property) { return property.ToXMLElement(Document); };
-    AppendSorted(bag, bag.GetPropertyNameArray(etNotEncoded), Parent, write);
-    AppendSorted(bag, bag.GetPropertyNameArray(etBase64Encoded), Parent, write);
+void WriteBag(const PersistedPropertyCollection& bag, xml::Writer& writer, bool clear) {
+    writer.StartElement("ppc");
+    writer.Attribute("name", detail::PropertyBagAccess::NameOf(bag));
+    WritePropertyElements(bag, writer, clear);
+    writer.EndElement();
 }
 
 void ReadPropertyElements(PersistedPropertyCollection& bag, const xml::Element& Element) {
@@ -185,8 +216,7 @@ bool PersistedPropertyCollection::GetBoolean(std::string_view PropertyName, bool
     return property ? property->BooleanValue() : DefaultValue;
 }
 
-void PersistedPropertyCollection::SetBoolean(std::string_view PropertyName, bool NewValue,
-                                             EncodingTypes EncodingType) {
+void PersistedPropertyCollection::SetBoolean(std::string_view PropertyName, bool NewValue, EncodingTypes EncodingType) {
     support::RequireUtf8(PropertyName, "PersistedPropertyCollection.SetBoolean");
     SetProperty(*this, [&](PersistedProperty& p) { p.SetBoolean(PropertyName, NewValue, EncodingType); });
 }
@@ -213,8 +243,7 @@ void PersistedPropertyCollection::SetDouble(std::string_view PropertyName, doubl
     SetProperty(*this, [&](PersistedProperty& p) { p.SetDouble(PropertyName, NewValue, EncodingType); });
 }
 
-std::string PersistedPropertyCollection::GetString(std::string_view PropertyName,
-                                                   std::string_view DefaultValue) const {
+std::string PersistedPropertyCollection::GetString(std::string_view PropertyName, std::string_view DefaultValue) const {
     auto property = FindTyped(*this, PropertyName, ptString);
     return property ? property->StringValue() : std::string(DefaultValue);
 }
@@ -345,11 +374,13 @@ std::shared_ptr<PersistedPropertyCollection> PersistedPropertyCollection::Clone(
 }
 
 std::string PersistedPropertyCollection::ToClearXMLString() {
-    return support::StripControlChars(ToClearXMLElement(xml::Document::Create()).Xml());
+    return support::StripControlCharsOwned(
+        xml::WriteString([this](xml::Writer& writer) { properties::WriteBag(*this, writer, true); }));
 }
 
 std::string PersistedPropertyCollection::ToXMLString() {
-    return support::StripControlChars(ToXMLElement(xml::Document::Create()).Xml());
+    return support::StripControlCharsOwned(
+        xml::WriteString([this](xml::Writer& writer) { properties::WriteBag(*this, writer, false); }));
 }
 
 void PersistedPropertyCollection::FromXMLString(std::string_view XMLString) {
@@ -366,28 +397,23 @@ void PersistedPropertyCollection::FromXMLString(std::string_view XMLString) {
 }
 
 xml::Element PersistedPropertyCollection::ToClearXMLElement(const xml::Document& Document) {
-    if (!Document) {
-        frame::Raise(ErrNullArgument, "PersistedPropertyCollection.ToClearXMLElement",
-                     frame::kDocumentCannotBeNull);
-    }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("ppc");
-    element.SetAttribute("name", name_);
-    properties::AppendClearPropertyElements(*this, document, element);
-    return element;
+    return WriteElement(Document, true, "PersistedPropertyCollection.ToClearXMLElement");
 }
 
 xml::Element PersistedPropertyCollection::ToXMLElement(const xml::Document& Document) {
+    return WriteElement(Document, false, "PersistedPropertyCollection.ToXMLElement");
+}
+
+xml::Element PersistedPropertyCollection::WriteElement(const xml::Document& Document, bool clear,
+                                                       const char* source) const {
     if (!Document) {
-        frame::Raise(ErrNullArgument, "PersistedPropertyCollection.ToXMLElement", frame::kDocumentCannotBeNull);
+        frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
     document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("ppc");
-    element.SetAttribute("name", name_);
-    properties::AppendPropertyElements(*this, document, element);
-    return element;
+    xml::DomWriter writer(document);
+    properties::WriteBag(*this, writer, clear);
+    return writer.Result();
 }
 
 void PersistedPropertyCollection::FromXMLElement(const xml::Element& Element) {
@@ -396,7 +422,8 @@ void PersistedPropertyCollection::FromXMLElement(const xml::Element& Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
     if (Element.Name() != "ppc") {
-        // This bag reports a wrong element as an invalid call (5), unlike the other classes.
+        // This bag reports a wrong element as an invalid call (5), unlike the other
+        // classes.
         frame::Raise(ErrInvalidCall, source, frame::NotAnElementDescription("ppc"));
     }
     name_ = support::VariantToText(Element.GetAttribute("name"), kDefaultName);

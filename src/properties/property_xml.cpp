@@ -7,42 +7,72 @@
 #include <quillbank/child_element_collection.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 
+#include "elements/element_writers.hpp"
 #include "frame/raise.hpp"
 #include "properties/nesting.hpp"
 #include "properties/persisted_property.hpp"
+#include "properties/property_bag.hpp"
 #include "support/ansi.hpp"
 #include "support/base64_coders.hpp"
 #include "support/color.hpp"
 #include "support/conversions.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
+#include "xml/writer.hpp"
 
 namespace quillbank {
 
 namespace {
 
-// The element name of each property type's plain form; null for ptNone and
+// The element name of each property type's plain form; empty for ptNone and
 // anything out of range.
-const char* PlainElementName(PropertyTypes type) {
+std::string_view PlainElementName(PropertyTypes type) {
     switch (type) {
-        case ptBoolean: return "boolProp";
-        case ptLong: return "intProp";
-        case ptDouble: return "floatProp";
-        case ptString: return "stringProp";
-        case ptDate: return "dateProp";
-        case ptColor: return "colorProp";
-        case ptFont: return "fontProp";
-        case ptRectangle: return "rectProp";
-        case ptAsset: return "assetProp";
-        case ptLocation: return "locationProp";
-        case ptPPC: return "ppcProp";
-        case ptCEC: return "cecProp";
-        default: return nullptr;
+        case ptBoolean:
+            return "boolProp";
+        case ptLong:
+            return "intProp";
+        case ptDouble:
+            return "floatProp";
+        case ptString:
+            return "stringProp";
+        case ptDate:
+            return "dateProp";
+        case ptColor:
+            return "colorProp";
+        case ptFont:
+            return "fontProp";
+        case ptRectangle:
+            return "rectProp";
+        case ptAsset:
+            return "assetProp";
+        case ptLocation:
+            return "locationProp";
+        case ptPPC:
+            return "ppcProp";
+        case ptCEC:
+            return "cecProp";
+        default:
+            return {};
     }
 }
 
 // Multi-line texts are stored with bare line feeds and held with CR LF.
-std::string ToStoredLines(std::string_view text) { return support::ReplaceAll(text, "\r\n", "\n"); }
+// Most texts hold no CR at all and are written as they are.
+class StoredLines {
+public:
+    explicit StoredLines(std::string_view text) : view_(text) {
+        if (text.find('\r') != std::string_view::npos) {
+            copy_ = support::ReplaceAll(text, "\r\n", "\n");
+            view_ = copy_;
+        }
+    }
+    std::string_view View() const { return view_; }
+
+private:
+    std::string_view view_;
+    std::string copy_;
+};
 
 // Every LF becomes CR LF, without doubling a CR LF that was there already.
 std::string FromStoredLines(std::string&& text) {
@@ -62,7 +92,8 @@ std::string FromStoredLines(std::string&& text) {
     return out;
 }
 
-// The first child element with exactly this name (letter case included), or null.
+// The first child element with exactly this name (letter case included), or
+// null.
 xml::Element FirstChildElementNamed(const xml::Element& parent, std::string_view name) {
     for (xml::Node child = parent.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsElement() && child.Name() == name) {
@@ -72,11 +103,10 @@ xml::Element FirstChildElementNamed(const xml::Element& parent, std::string_view
     return {};
 }
 
-void AppendTextChild(xml::Element& parent, const char* name, std::string_view text) {
-    xml::Document document = parent.OwnerDocument();
-    xml::Element child = document.CreateElement(name);
-    child.SetText(ToStoredLines(text));
-    parent.AppendChild(child);
+void WriteTextChild(xml::Writer& writer, std::string_view name, std::string_view text) {
+    writer.StartElement(name);
+    writer.Text(StoredLines(text).View());
+    writer.EndElement();
 }
 
 }  // namespace
@@ -93,77 +123,73 @@ std::string FirstTextValue(const xml::Node& Element) {
     return {};
 }
 
-xml::Element PersistedProperty::CreatePropertyElement(xml::Document& Document, const char* ElementName) const {
-    xml::Element element = Document.CreateElement(ElementName);
-    element.SetAttribute("name", name_);
-    return element;
-}
-
-xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const {
-    const char* elementName = PlainElementName(property_type_);
-    if (elementName == nullptr) {
-        return {};
-    }
-    xml::Element element = CreatePropertyElement(Document, elementName);
+void PersistedProperty::WritePlain(xml::Writer& writer) const {
+    writer.StartElement(PlainElementName(property_type_));
+    writer.Attribute("name", name_);
     switch (property_type_) {
         case ptBoolean:
-            element.SetAttribute("value", support::BoolToText(boolean_));
+            writer.Attribute("value", support::BoolToText(boolean_));
             break;
         case ptLong:
-            element.SetAttribute("value", support::LongToText(long_));
+            writer.Attribute("value", support::LongToText(long_));
             break;
         case ptDouble:
-            element.SetAttribute("value", support::DoubleToText(double_));
+            writer.Attribute("value", support::DoubleToText(double_));
             break;
         case ptString:
             // An empty string leaves the element without children.
-            if (!string_.empty()) {
-                element.SetText(ToStoredLines(string_));
-            }
+            writer.Text(StoredLines(string_).View());
             break;
         case ptDate:
-            element.SetAttribute("value", support::DateToText(date_));
+            writer.Attribute("value", support::DateToText(date_));
             break;
         case ptColor:
-            element.SetAttribute("value", support::OLEColorToHTML(color_));
+            writer.Attribute("value", support::OLEColorToHTML(color_));
             break;
-        case ptFont:
-            element.SetAttribute("familyName", font_.Get().Name);
-            element.SetAttribute("emSize", support::DoubleToText(font_.Get().Size));
-            element.SetAttribute("bold", support::TypedBoolToText(font_.Get().Bold));
-            element.SetAttribute("italic", support::TypedBoolToText(font_.Get().Italic));
-            element.SetAttribute("underline", support::TypedBoolToText(font_.Get().Underline));
+        case ptFont: {
+            const FontData& font = font_.Get();
+            writer.Attribute("familyName", font.Name);
+            writer.Attribute("emSize", support::DoubleToText(font.Size));
+            writer.Attribute("bold", support::TypedBoolToText(font.Bold));
+            writer.Attribute("italic", support::TypedBoolToText(font.Italic));
+            writer.Attribute("underline", support::TypedBoolToText(font.Underline));
             break;
+        }
         case ptRectangle:
-            element.SetAttribute("left", support::LongToText(rectangle_.Left));
-            element.SetAttribute("top", support::LongToText(rectangle_.Top));
-            element.SetAttribute("width", support::LongToText(rectangle_.Width));
-            element.SetAttribute("height", support::LongToText(rectangle_.Height));
+            writer.Attribute("left", support::LongToText(rectangle_.Left));
+            writer.Attribute("top", support::LongToText(rectangle_.Top));
+            writer.Attribute("width", support::LongToText(rectangle_.Width));
+            writer.Attribute("height", support::LongToText(rectangle_.Height));
             break;
-        case ptAsset:
-            element.SetAttribute("filename", asset_.Get().Filename);
+        case ptAsset: {
+            const AssetData& asset = asset_.Get();
+            writer.Attribute("filename", asset.Filename);
             // A blank description or source (spaces, tabs, line breaks) is not written.
-            if (!support::IsBlankText(asset_.Get().Description)) {
-                AppendTextChild(element, "description", asset_.Get().Description);
+            if (!support::IsBlankText(asset.Description)) {
+                WriteTextChild(writer, "description", asset.Description);
             }
-            if (!support::IsBlankText(asset_.Get().Source)) {
-                AppendTextChild(element, "source", asset_.Get().Source);
-            }
-            break;
-        case ptLocation:
-            element.SetAttribute("from", location_.Get().StartPoint);
-            if (!location_.Get().EndPoint.empty()) {
-                element.SetAttribute("to", location_.Get().EndPoint);
-            }
-            if (!location_.Get().MapName.empty()) {
-                element.SetAttribute("map", location_.Get().MapName);
+            if (!support::IsBlankText(asset.Source)) {
+                WriteTextChild(writer, "source", asset.Source);
             }
             break;
+        }
+        case ptLocation: {
+            const LocationData& location = location_.Get();
+            writer.Attribute("from", location.StartPoint);
+            if (!location.EndPoint.empty()) {
+                writer.Attribute("to", location.EndPoint);
+            }
+            if (!location.MapName.empty()) {
+                writer.Attribute("map", location.MapName);
+            }
+            break;
+        }
         case ptPPC: {
             const properties::NestingLevel level;
             level.Require("PersistedPropertyCollection.ToXMLElement");
+            // A nested bag is written in its normal form, also in the clear form.
             if (const auto& ppc = ppc_.Get(); ppc && ppc->Count() > 0) {
-                element.AppendChild(ppc->ToXMLElement(Document));
+                properties::WriteBag(*ppc, writer, false);
             }
             break;
         }
@@ -171,48 +197,54 @@ xml::Element PersistedProperty::WritePlainElement(xml::Document& Document) const
             const properties::NestingLevel level;
             level.Require("ChildElementCollection.ToXMLElement");
             if (const auto& cec = cec_.Get(); cec && cec->Count() > 0) {
-                element.AppendChild(cec->ToXMLElement(Document));
+                elements::WriteChildList(*cec, writer, false);
             }
             break;
         }
         default:
             break;
     }
-    return element;
+    writer.EndElement();
 }
 
-xml::Element PersistedProperty::ToXMLElement(const xml::Document& Document) {
+std::string PersistedProperty::PlainElementText() const {
+    // The plain element is written on its own, and only its text travels
+    // inside the wrapper.
+    if constexpr (xml::kWritesTextDirectly) {
+        xml::TextWriter writer;
+        WritePlain(writer);
+        return std::move(writer.Out());
+    } else {
+        xml::DomWriter writer(xml::Document::Create());
+        WritePlain(writer);
+        return writer.Result().Xml();
+    }
+}
+
+bool PersistedProperty::WriteTo(xml::Writer& writer, bool clear) {
+    const EncodingTypes encoding = clear ? etNotEncoded : encoding_type_;
+    if (PlainElementName(property_type_).empty() || (encoding != etNotEncoded && encoding != etBase64Encoded)) {
+        return false;
+    }
+    const xml::Writer::Mark mark = writer.Save();
     try {
-        xml::Document document = Document ? Document : xml::Document::Create();
-        document.SetPreserveWhiteSpace(true);
-        if (property_type_ == ptNone) {
-            return {};
+        if (encoding == etNotEncoded) {
+            WritePlain(writer);
+            return true;
         }
-        if (encoding_type_ == etNotEncoded) {
-            return WritePlainElement(document);
-        }
-        if (encoding_type_ != etBase64Encoded) {
-            return {};
-        }
-        xml::Element encoded = document.CreateElement("encProp");
-        // The plain element is written into a document of its own, and only
-        // its text travels inside the wrapper.
-        xml::Document scratch = xml::Document::Create();
-        xml::Element plain = WritePlainElement(scratch);
-        if (!plain) {
-            return {};
-        }
-        const std::string plainText = plain.Xml();
+        const std::string plainText = PlainElementText();
         // Only strings take the UTF-8 path, judged on the whole element text
         // (name included). Every other type goes through the ANSI code page,
         // where characters it cannot hold are lost on purpose.
-        if (property_type_ == ptString && support::IsUnicodeString(plainText)) {
-            encoded.SetText(support::EncodeBase64Utf8(plainText));
-            encoded.SetAttribute("enctype", "utf8");
-        } else {
-            encoded.SetText(support::EncodeBase64(plainText));
+        const bool utf8 = property_type_ == ptString && support::IsUnicodeString(plainText);
+        const std::string encoded = utf8 ? support::EncodeBase64Utf8(plainText) : support::EncodeBase64(plainText);
+        writer.StartElement("encProp");
+        if (utf8) {
+            writer.Attribute("enctype", "utf8");
         }
-        return encoded;
+        writer.Text(encoded);
+        writer.EndElement();
+        return true;
     } catch (const Error& error) {
         // Nesting past the limit (or a bag that contains itself) is not
         // trapped: it fails the whole write instead of silently leaving out
@@ -220,22 +252,33 @@ xml::Element PersistedProperty::ToXMLElement(const xml::Document& Document) {
         if (error.Number() == ErrOutOfStackSpace) {
             throw;
         }
-        return {};
     } catch (...) {
         // Any other failure means this property has no element.
-        return {};
     }
+    writer.Restore(mark);
+    return false;
 }
 
+xml::Element PersistedProperty::ToXMLElement(const xml::Document& Document) { return WriteElement(Document, false); }
+
 xml::Element PersistedProperty::ToClearXMLElement(const xml::Document& Document) {
-    // The encoding is put back also when the write raises.
-    struct Restore {
-        PersistedProperty& property;
-        EncodingTypes remembered;
-        ~Restore() { property.encoding_type_ = remembered; }
-    } restore{*this, encoding_type_};
-    encoding_type_ = etNotEncoded;
-    return ToXMLElement(Document);
+    return WriteElement(Document, true);
+}
+
+xml::Element PersistedProperty::WriteElement(const xml::Document& Document, bool clear) {
+    try {
+        xml::Document document = Document ? Document : xml::Document::Create();
+        document.SetPreserveWhiteSpace(true);
+        xml::DomWriter writer(document);
+        return WriteTo(writer, clear) ? writer.Result() : xml::Element();
+    } catch (const Error& error) {
+        if (error.Number() == ErrOutOfStackSpace) {
+            throw;
+        }
+        return {};
+    } catch (...) {
+        return {};
+    }
 }
 
 void PersistedProperty::FromXMLElement(const xml::Element& Element) {

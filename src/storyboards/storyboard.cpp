@@ -3,7 +3,9 @@
 #include <optional>
 #include <utility>
 
+#include "elements/element_writers.hpp"
 #include "frame/raise.hpp"
+#include "properties/property_bag.hpp"
 #include "storyboards/storyboard_access.hpp"
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
@@ -128,36 +130,37 @@ std::shared_ptr<Storyboard> Storyboard::Duplicate(std::string_view NewTitlePrefi
     return copy;
 }
 
+void detail::StoryboardAccess::Write(Storyboard& sb, xml::Writer& writer, bool clear) {
+    writer.StartElement("storyboard");
+    writer.Attribute("sbid", sb.sbid_);
+    writer.Attribute("title", sb.title_);
+    if (!sb.identifier_.empty()) {
+        writer.Attribute("identifier", sb.identifier_);
+    }
+    writer.Attribute("type", sb.sb_type_);
+    if (!sb.classification_.empty()) {
+        writer.Attribute("classification", sb.classification_);
+    }
+    if (sb.short_id_ != -1) {
+        writer.Attribute("shortid", support::LongToText(sb.short_id_));
+    }
+    // The names stay on the owned objects after writing.
+    sb.properties_->SetName("properties");
+    sb.children_->SetName("children");
+    properties::WriteBag(*sb.properties_, writer, clear);
+    elements::WriteChildList(*sb.children_, writer, clear);
+    writer.EndElement();
+}
+
 xml::Element Storyboard::WriteElement(const xml::Document& Document, bool clear, const char* source) {
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
     document.SetPreserveWhiteSpace(true);
-    xml::Element element = document.CreateElement("storyboard");
-    element.SetAttribute("sbid", sbid_);
-    element.SetAttribute("title", title_);
-    if (!identifier_.empty()) {
-        element.SetAttribute("identifier", identifier_);
-    }
-    element.SetAttribute("type", sb_type_);
-    if (!classification_.empty()) {
-        element.SetAttribute("classification", classification_);
-    }
-    if (short_id_ != -1) {
-        element.SetAttribute("shortid", support::LongToText(short_id_));
-    }
-    // The names stay on the owned objects after writing.
-    properties_->SetName("properties");
-    children_->SetName("children");
-    if (clear) {
-        element.AppendChild(properties_->ToClearXMLElement(document));
-        element.AppendChild(children_->ToClearXMLElement(document));
-    } else {
-        element.AppendChild(properties_->ToXMLElement(document));
-        element.AppendChild(children_->ToXMLElement(document));
-    }
-    return element;
+    xml::DomWriter writer(document);
+    detail::StoryboardAccess::Write(*this, writer, clear);
+    return writer.Result();
 }
 
 xml::Element Storyboard::ToClearXMLElement(const xml::Document& Document) {

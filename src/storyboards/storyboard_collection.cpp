@@ -143,21 +143,26 @@ std::shared_ptr<StoryboardCollection> StoryboardCollection::Clone(bool CloneStor
     return copy;
 }
 
+void storyboards::WriteStoryboards(StoryboardCollection& collection, xml::Writer& writer, bool clear) {
+    writer.StartElement("storyboards");
+    std::int32_t counter = 0;
+    for (const auto& sb : collection) {
+        detail::StoryboardAccess::SetShortID(*sb, counter);
+        detail::StoryboardAccess::Write(*sb, writer, clear);
+        ++counter;
+    }
+    writer.EndElement();
+}
+
 xml::Element StoryboardCollection::WriteElement(const xml::Document& Document, bool clear) {
     if (!Document) {
         frame::Raise(ErrNullArgument, kWriterSource, frame::kDocumentCannotBeNull);
     }
     xml::Document document = Document;
-    xml::Element element = document.CreateElement("storyboards");
     document.SetPreserveWhiteSpace(true);
-    // Each storyboard is numbered with its position and keeps the number.
-    std::int32_t counter = 0;
-    for (const auto& sb : entries_) {
-        detail::StoryboardAccess::SetShortID(*sb, counter);
-        element.AppendChild(clear ? sb->ToClearXMLElement(document) : sb->ToXMLElement(document));
-        ++counter;
-    }
-    return element;
+    xml::DomWriter writer(document);
+    storyboards::WriteStoryboards(*this, writer, clear);
+    return writer.Result();
 }
 
 xml::Element StoryboardCollection::ToClearXMLElement(const xml::Document& Document) {

@@ -49,7 +49,13 @@ std::vector<std::uint8_t> Utf8ToAnsi(std::string_view text) {
     out.reserve(text.size());
     std::size_t i = 0;
     while (i < text.size()) {
-        out.push_back(ToAnsiByte(NextCharacter(text, i)));
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        if (c < 0x80) {
+            out.push_back(c);
+            ++i;
+        } else {
+            out.push_back(ToAnsiByte(NextCharacter(text, i)));
+        }
     }
     return out;
 }

@@ -9,10 +9,11 @@
 namespace quillbank::support {
 
 std::string EncodeBase64(std::string_view text) {
-    // One byte per UTF-16 code unit, plus the zero byte that always ends the data.
-    std::vector<std::uint8_t> buffer(Utf16Length(text) + 1, 0);
-    const std::vector<std::uint8_t> ansi = Utf8ToAnsi(text);
-    std::copy_n(ansi.begin(), std::min(ansi.size(), buffer.size() - 1), buffer.begin());
+    // One byte per UTF-16 code unit (the ANSI bytes cut or padded with zero
+    // bytes to that length), plus the zero byte that always ends the data.
+    std::vector<std::uint8_t> buffer = Utf8ToAnsi(text);
+    buffer.resize(Utf16Length(text), 0);
+    buffer.push_back(0);
     return xml::EncodeBase64Text(buffer);
 }
 

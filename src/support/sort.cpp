@@ -43,6 +43,21 @@ std::u16string LowerCaseKey(std::string_view text) {
     return key;
 }
 
+void AppendLowerCaseKey(std::u16string& out, std::string_view text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            out += LowerCaseKey(text);
+            return;
+        }
+    }
+    const std::size_t start = out.size();
+    out.resize(start + text.size());
+    char16_t* to = out.data() + start;
+    for (const char c : text) {
+        *to++ = static_cast<char16_t>((c >= 'A' && c <= 'Z') ? c + 32 : c);
+    }
+}
+
 namespace {
 
 bool IsAscii(std::string_view text) {

@@ -13,6 +13,8 @@ namespace quillbank::support {
 // The lower-cased UTF-16 form used both for sorting and as the key of names
 // matched without regard to case.
 std::u16string LowerCaseKey(std::string_view text);
+// Appends LowerCaseKey(text) to `out`.
+void AppendLowerCaseKey(std::u16string& out, std::string_view text);
 // The same folding applied to UTF-8 text (for keys held as UTF-8).
 std::string LowerCase(std::string_view text);
 // LowerCase applied to `text` itself: without a new string when it is ASCII.

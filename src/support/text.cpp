@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include <quillbank/error.hpp>
 
@@ -42,6 +43,17 @@ std::size_t CleanPrefixLength(std::string_view text) {
 }
 
 }  // namespace
+
+std::string StripControlCharsOwned(std::string&& text) {
+    std::size_t kept = CleanPrefixLength(text);
+    for (std::size_t i = kept; i < text.size(); ++i) {
+        if (!IsStripped(static_cast<unsigned char>(text[i]))) {
+            text[kept++] = text[i];
+        }
+    }
+    text.resize(kept);
+    return std::move(text);
+}
 
 bool HasStrippedControlChars(std::string_view text) { return CleanPrefixLength(text) != text.size(); }
 
@@ -151,9 +163,19 @@ std::string Utf16ToUtf8(std::u16string_view text) {
 }
 
 std::size_t Utf16Length(std::string_view text) noexcept {
+    // ASCII, eight bytes at a time, is one unit a byte.
     std::size_t units = 0;
-    for (char ch : text) {
-        const unsigned char c = static_cast<unsigned char>(ch);
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + i, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            break;
+        }
+        units += 8;
+    }
+    for (; i < text.size(); ++i) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
         if ((c & 0xC0) != 0x80) {
             // A lead byte: four-byte sequences need a surrogate pair.
             units += c >= 0xF0 ? 2 : 1;

@@ -11,6 +11,8 @@ namespace quillbank::support {
 // Removes every character U+0000..U+0019 except TAB, LF and CR. U+001A..U+001F
 // stay where they are.
 std::string StripControlChars(std::string_view text);
+// The same for a text that is given away: cleaned in place, without a copy.
+std::string StripControlCharsOwned(std::string&& text);
 // True when StripControlChars would remove something from `text`.
 bool HasStrippedControlChars(std::string_view text);
 

@@ -31,38 +31,41 @@ bool IsXmlWhitespace(char c) { return c == ' ' || c == '\t' || c == '\n' || c ==
 
 std::string EncodeBase64Text(std::span<const std::uint8_t> bytes) {
     const std::size_t chars = (bytes.size() + 2) / 3 * 4;
-    std::string out;
-    out.reserve(chars + chars / kLineLength);
-    std::size_t column = 0;
-    auto put = [&](char c) {
-        if (column == kLineLength) {
-            out.push_back('\n');
-            column = 0;
+    const std::size_t breaks = chars == 0 ? 0 : (chars - 1) / kLineLength;
+    std::string out(chars + breaks, '\0');
+    char* to = out.data();
+    const std::uint8_t* from = bytes.data();
+    std::size_t left = bytes.size();
+    // Whole lines of 72 characters (54 bytes), each but the last followed by
+    // a line feed; then the last, shorter line with its padding.
+    constexpr std::size_t kLineBytes = kLineLength / 4 * 3;
+    while (left >= 3) {
+        const std::size_t groups = std::min(left, kLineBytes) / 3;
+        for (std::size_t g = 0; g < groups; ++g, from += 3) {
+            const std::uint32_t v = (std::uint32_t{from[0]} << 16) | (std::uint32_t{from[1]} << 8) | from[2];
+            to[0] = kAlphabet[(v >> 18) & 63];
+            to[1] = kAlphabet[(v >> 12) & 63];
+            to[2] = kAlphabet[(v >> 6) & 63];
+            to[3] = kAlphabet[v & 63];
+            to += 4;
         }
-        out.push_back(c);
-        ++column;
-    };
-    std::size_t i = 0;
-    for (; i + 3 <= bytes.size(); i += 3) {
-        const std::uint32_t v = (std::uint32_t{bytes[i]} << 16) | (std::uint32_t{bytes[i + 1]} << 8) | bytes[i + 2];
-        put(kAlphabet[(v >> 18) & 63]);
-        put(kAlphabet[(v >> 12) & 63]);
-        put(kAlphabet[(v >> 6) & 63]);
-        put(kAlphabet[v & 63]);
+        left -= groups * 3;
+        if (groups * 4 == kLineLength && left > 0) {
+            *to++ = '\n';
+        }
     }
-    const std::size_t rest = bytes.size() - i;
-    if (rest == 1) {
-        const std::uint32_t v = std::uint32_t{bytes[i]} << 16;
-        put(kAlphabet[(v >> 18) & 63]);
-        put(kAlphabet[(v >> 12) & 63]);
-        put('=');
-        put('=');
-    } else if (rest == 2) {
-        const std::uint32_t v = (std::uint32_t{bytes[i]} << 16) | (std::uint32_t{bytes[i + 1]} << 8);
-        put(kAlphabet[(v >> 18) & 63]);
-        put(kAlphabet[(v >> 12) & 63]);
-        put(kAlphabet[(v >> 6) & 63]);
-        put('=');
+    if (left == 1) {
+        const std::uint32_t v = std::uint32_t{from[0]} << 16;
+        to[0] = kAlphabet[(v >> 18) & 63];
+        to[1] = kAlphabet[(v >> 12) & 63];
+        to[2] = '=';
+        to[3] = '=';
+    } else if (left == 2) {
+        const std::uint32_t v = (std::uint32_t{from[0]} << 16) | (std::uint32_t{from[1]} << 8);
+        to[0] = kAlphabet[(v >> 18) & 63];
+        to[1] = kAlphabet[(v >> 12) & 63];
+        to[2] = kAlphabet[(v >> 6) & 63];
+        to[3] = '=';
     }
     return out;
 }

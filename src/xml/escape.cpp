@@ -5,6 +5,10 @@
 
 #include "xml/text_checks.hpp"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace quillbank::xml {
 
 namespace {
@@ -99,7 +103,119 @@ void Append(std::string& out, std::string_view text, const std::array<bool, 256>
     out.append(text.data() + runStart, text.size() - runStart);
 }
 
+constexpr std::array<bool, 256> MakeCheckedTable(bool attribute) {
+    std::array<bool, 256> table{};
+    for (std::size_t b = 0; b < 256; ++b) {
+        table[b] = b < 0x20 || b >= 0x80 || b == '&' || b == '<' || b == '>' || (attribute && b == '"');
+    }
+    return table;
+}
+
+constexpr auto kCheckedTextTable = MakeCheckedTable(false);
+constexpr auto kCheckedAttributeTable = MakeCheckedTable(true);
+
+// The position of the first byte at or after `pos` that needs a look when
+// text is checked and escaped: every byte below 0x20 or above 0x7F, '&',
+// '<', '>', and for an attribute '"'. Sixteen bytes at a time where the
+// processor allows.
+template <bool attribute>
+std::size_t FindCheckedSpecial(const char* data, std::size_t pos, std::size_t size) {
+#if defined(__SSE2__)
+    // As signed bytes, everything below 0x20 and everything above 0x7F
+    // compares less than 0x20: one comparison finds both.
+    const __m128i low = _mm_set1_epi8(0x20);
+    const __m128i amp = _mm_set1_epi8('&');
+    const __m128i lt = _mm_set1_epi8('<');
+    const __m128i gt = _mm_set1_epi8('>');
+    const __m128i quot = _mm_set1_epi8('"');
+    while (pos + 16 <= size) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + pos));
+        __m128i marked = _mm_or_si128(_mm_cmplt_epi8(chunk, low), _mm_cmpeq_epi8(chunk, amp));
+        marked = _mm_or_si128(marked, _mm_or_si128(_mm_cmpeq_epi8(chunk, lt), _mm_cmpeq_epi8(chunk, gt)));
+        if constexpr (attribute) {
+            marked = _mm_or_si128(marked, _mm_cmpeq_epi8(chunk, quot));
+        }
+        const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(marked));
+        if (mask != 0) {
+            return pos + static_cast<std::size_t>(__builtin_ctz(mask));
+        }
+        pos += 16;
+    }
+#endif
+    const std::array<bool, 256>& table = attribute ? kCheckedAttributeTable : kCheckedTextTable;
+    while (pos < size && !table[static_cast<unsigned char>(data[pos])]) {
+        ++pos;
+    }
+    return pos;
+}
+
+template <bool attribute>
+void AppendChecked(std::string& out, std::string_view text) {
+    const char* data = text.data();
+    const std::size_t size = text.size();
+    std::size_t runStart = 0;
+    std::size_t pos = 0;
+    while ((pos = FindCheckedSpecial<attribute>(data, pos, size)) < size) {
+        const unsigned char b = static_cast<unsigned char>(data[pos]);
+        if (b >= 0x80) {
+            // Copied as it is once it decodes; otherwise the model's check
+            // raises its error.
+            char32_t c = 0;
+            std::size_t at = pos;
+            if (DecodeUtf8(text, at, c)) {
+                pos = at;
+            } else {
+                RequireDocumentText(text);
+                ++pos;
+            }
+            continue;
+        }
+        const char* replacement = nullptr;
+        switch (b) {
+            case '&':
+                replacement = "&amp;";
+                break;
+            case '<':
+                replacement = "&lt;";
+                break;
+            case '>':
+                replacement = "&gt;";
+                break;
+            case '"':
+                replacement = "&quot;";
+                break;
+            case '\r':
+                replacement = "&#13;";
+                break;
+            case '\n':
+                replacement = attribute ? "&#10;" : "\r\n";
+                break;
+            case '\t':
+                replacement = attribute ? "&#9;" : nullptr;
+                break;
+            case '\0':
+                RequireDocumentText(text);
+                break;
+            default:
+                break;  // other control characters are kept
+        }
+        if (replacement == nullptr) {
+            ++pos;
+            continue;
+        }
+        out.append(data + runStart, pos - runStart);
+        out += replacement;
+        ++pos;
+        runStart = pos;
+    }
+    out.append(data + runStart, size - runStart);
+}
+
 }  // namespace
+
+void AppendCheckedText(std::string& out, std::string_view text) { AppendChecked<false>(out, text); }
+
+void AppendCheckedAttribute(std::string& out, std::string_view value) { AppendChecked<true>(out, value); }
 
 void AppendEscapedText(std::string& out, std::string_view text) { Append<Mode::Text>(out, text, kTextTable); }
 

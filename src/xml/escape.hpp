@@ -18,6 +18,13 @@ void AppendEscapedText(std::string& out, std::string_view text);
 // would become spaces). Characters outside ASCII are copied as UTF-8.
 void AppendEscapedAttribute(std::string& out, std::string_view value);
 
+// AppendEscapedText and AppendEscapedAttribute for text on its way into the
+// written form without passing through a document: what the document model
+// refuses (a NUL, text that is not UTF-8) raises its error, and nothing else
+// is checked or changed. Part of the text may have been appended by then.
+void AppendCheckedText(std::string& out, std::string_view text);
+void AppendCheckedAttribute(std::string& out, std::string_view value);
+
 // The pretty-printed form: text with '<', '>', '&' escaped, LF kept, CR as
 // "&#13;", and every character above U+007F as a decimal character reference.
 void AppendAsciiText(std::string& out, std::string_view text);

@@ -25,7 +25,8 @@ std::string WrittenClear(PersistedPropertyCollection& bag) {
     return bag.ToClearXMLElement(xml::Document::Create()).Xml();
 }
 
-// ---- Creation, keys and order ------------------------------------------------
+// ---- Creation, keys and order
+// ------------------------------------------------
 
 TEST(PersistedPropertyCollection, NewBagIsNamedPropertiesAndEmpty) {
     auto bag = PersistedPropertyCollection::Create();
@@ -71,7 +72,7 @@ TEST(PersistedPropertyCollection, ExistsIgnoresCase) {
 
 TEST(PersistedPropertyCollection, NonAsciiNamesMatchWithoutRegardToCase) {
     auto bag = PersistedPropertyCollection::Create();
-    bag->SetLong("\xC3\x84pfel", 1);  // Äpfel
+    bag->SetLong("\xC3\x84pfel", 1);           // Äpfel
     EXPECT_TRUE(bag->Exists("\xC3\xA4PFEL"));  // äPFEL
     bag->SetLong("\xC3\xA4pfel", 2);
     EXPECT_EQ(bag->Count(), 1);
@@ -290,7 +291,8 @@ TEST(PersistedPropertyCollection, SettersRefuseTextThatIsNotUtf8) {
     EXPECT_EQ(bag->Name(), "properties");
 }
 
-// ---- Clone -------------------------------------------------------------------
+// ---- Clone
+// -------------------------------------------------------------------
 
 TEST(PersistedPropertyCollection, CloneIsDeepAndKeepsNameAndOrder) {
     auto bag = PersistedPropertyCollection::Create();
@@ -321,7 +323,8 @@ TEST(PersistedPropertyCollection, CloneTurnsANullNestedBagIntoANamelessUntypedPr
     EXPECT_FALSE(copy->Exists("b"));
 }
 
-// ---- Internal operations -------------------------------------------------------
+// ---- Internal operations
+// -------------------------------------------------------
 
 TEST(PersistedPropertyCollection, FindPropertyAndAddPropertyWorkByName) {
     auto bag = PersistedPropertyCollection::Create();
@@ -344,9 +347,17 @@ TEST(PersistedPropertyCollection, PropertyElementsCanBeWrittenUnderAnyParent) {
     bag->SetLong("b", 2, etBase64Encoded);
     bag->SetLong("a", 1);
     xml::Document document = xml::Document::Create();
-    xml::Element parent = document.CreateElement("holder");
-    properties::AppendClearPropertyElements(*bag, document, parent);
+    xml::DomWriter writer(document);
+    writer.StartElement("holder");
+    properties::WritePropertyElements(*bag, writer, true);
+    writer.EndElement();
+    const xml::Element parent = writer.Result();
     EXPECT_EQ(parent.Xml(), R"(<holder><intProp name="a" value="1"/><intProp name="b" value="2"/></holder>)");
+    xml::TextWriter text;
+    text.StartElement("holder");
+    properties::WritePropertyElements(*bag, text, true);
+    text.EndElement();
+    EXPECT_EQ(text.Out(), parent.Xml());
     auto other = PersistedPropertyCollection::Create();
     other->SetLong("old", 0);
     properties::ReadPropertyElements(*other, parent);
@@ -354,7 +365,8 @@ TEST(PersistedPropertyCollection, PropertyElementsCanBeWrittenUnderAnyParent) {
     EXPECT_EQ(other->Name(), "properties");
 }
 
-// ---- The ppc element -----------------------------------------------------------
+// ---- The ppc element
+// -----------------------------------------------------------
 
 TEST(PersistedPropertyCollection, NormalFormWritesPlainSortedThenEncodedSorted) {
     auto bag = PersistedPropertyCollection::Create();
@@ -489,8 +501,13 @@ TEST(PersistedPropertyCollection, StringFormsRoundTrip) {
 
 TEST(PersistedPropertyCollection, StringFormsRemoveControlCharacters) {
     auto bag = PersistedPropertyCollection::Create();
-    bag->SetString("s", std::string("a\x01" "b\x0B" "c\t\x1F", 7));
-    EXPECT_EQ(bag->ToXMLString(), "<ppc name=\"properties\"><stringProp name=\"s\">abc\t\x1F</stringProp></ppc>");
+    bag->SetString("s", std::string("a\x01"
+                                    "b\x0B"
+                                    "c\t\x1F",
+                                    7));
+    EXPECT_EQ(bag->ToXMLString(),
+              "<ppc name=\"properties\"><stringProp "
+              "name=\"s\">abc\t\x1F</stringProp></ppc>");
     EXPECT_EQ(bag->ToClearXMLString(), bag->ToXMLString());
     auto back = PersistedPropertyCollection::Create();
     back->FromXMLString(std::string("<ppc name=\"p\x02q\"/>"));
@@ -505,12 +522,13 @@ TEST(PersistedPropertyCollection, StringReaderChecksTheRootElement) {
     EXPECT_EQ(bag->Count(), 1);
 }
 
-// ---- Failure table -------------------------------------------------------------
+// ---- Failure table
+// -------------------------------------------------------------
 
 TEST(PersistedPropertyCollectionErrors, ToClearXMLElementWithNullDocument) {
     auto bag = PersistedPropertyCollection::Create();
-    ExpectError([&] { bag->ToClearXMLElement(xml::Document()); }, 94,
-                "PersistedPropertyCollection.ToClearXMLElement", "Document cannot be null");
+    ExpectError([&] { bag->ToClearXMLElement(xml::Document()); }, 94, "PersistedPropertyCollection.ToClearXMLElement",
+                "Document cannot be null");
 }
 
 TEST(PersistedPropertyCollectionErrors, ToXMLElementWithNullDocument) {
@@ -546,7 +564,8 @@ TEST(PersistedPropertyCollectionErrors, FromXMLStringThatFailsToLoad) {
     EXPECT_EQ(-2147220503, static_cast<std::int32_t>(0x800403E9u));
 }
 
-// ---- Size --------------------------------------------------------------------
+// ---- Size
+// --------------------------------------------------------------------
 
 TEST(PersistedPropertyCollection, LargeBagKeepsOrderThroughReplacementsAndRemovals) {
     auto bag = PersistedPropertyCollection::Create();
