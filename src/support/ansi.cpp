@@ -63,10 +63,20 @@ std::vector<std::uint8_t> Utf8ToAnsi(std::string_view text) {
 std::string AnsiToUtf8(std::span<const std::uint8_t> bytes) {
     std::string out;
     out.reserve(bytes.size());
-    for (std::uint8_t b : bytes) {
-        if (b < 0x80) {
-            out.push_back(static_cast<char>(b));
-        } else if (b < 0xA0) {
+    std::size_t i = 0;
+    while (i < bytes.size()) {
+        // A run of ASCII is copied as it is.
+        std::size_t run = i;
+        while (run < bytes.size() && bytes[run] < 0x80) {
+            ++run;
+        }
+        out.append(reinterpret_cast<const char*>(bytes.data()) + i, run - i);
+        if (run == bytes.size()) {
+            break;
+        }
+        const std::uint8_t b = bytes[run];
+        i = run + 1;
+        if (b < 0xA0) {
             AppendUtf8(out, kHighControlRange[b - 0x80]);
         } else {
             AppendUtf8(out, b);

@@ -19,7 +19,10 @@ std::string EncodeBase64(std::string_view text) {
 
 std::string DecodeBase64(std::string_view b64) {
     const std::vector<std::uint8_t> bytes = xml::DecodeBase64TextOrRaise(b64);
-    return TrimAtNull(AnsiToUtf8(bytes));
+    // The text ends at its first NUL (the data always ends with one).
+    std::string text = AnsiToUtf8(bytes);
+    text.resize(std::min(text.find('\0'), text.size()));
+    return text;
 }
 
 std::string EncodeBase64Utf8(std::string_view text) {
