@@ -88,7 +88,7 @@ Variant PersistedProperty::Value() const {
         case ptFont:
             return Variant(font_.Get());
         case ptRectangle:
-            return Variant(rectangle_);
+            return Variant(rectangle_.Get());
         case ptAsset:
             return Variant(asset_.Get());
         case ptLocation:
@@ -146,7 +146,7 @@ void PersistedProperty::SetFontData(std::string_view Name, const FontData& NewVa
 void PersistedProperty::SetRectangleData(std::string_view Name, const Rectangle& NewValue,
                                          EncodingTypes EncodingType) {
     SetIdentity(Name, ptRectangle, EncodingType);
-    rectangle_ = NewValue;
+    rectangle_.Set() = NewValue;
 }
 
 void PersistedProperty::SetAssetData(std::string_view Name, const AssetData& NewValue, EncodingTypes EncodingType) {
@@ -204,7 +204,7 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Clone() const {
             copy->SetFontData(name_, font_.Get(), encoding_type_);
             break;
         case ptRectangle:
-            copy->SetRectangleData(name_, rectangle_, encoding_type_);
+            copy->SetRectangleData(name_, rectangle_.Get(), encoding_type_);
             break;
         case ptAsset:
             copy->SetAssetData(name_, asset_.Get(), encoding_type_);

@@ -71,7 +71,7 @@ public:
     Date DateValue() const noexcept { return date_; }
     OleColor ColorValue() const noexcept { return color_; }
     FontData FontValue() const { return font_.Get(); }
-    Rectangle RectangleValue() const noexcept { return rectangle_; }
+    Rectangle RectangleValue() const noexcept { return rectangle_.Get(); }
     AssetData AssetValue() const { return asset_.Get(); }
     LocationData LocationValue() const { return location_.Get(); }
     // The held bag or list itself (not a copy), or null.
@@ -126,18 +126,19 @@ private:
     std::string PlainElementText() const;
     void ReadElement(const xml::Element& Element);
 
+    // Ordered so that no padding is left between the fields.
     std::string name_;
+    std::string string_;
     PropertyTypes property_type_ = ptNone;
     EncodingTypes encoding_type_ = etNotEncoded;
-    bool boolean_ = false;
     std::int32_t long_ = 0;
+    OleColor color_ = 0;
     double double_ = 0.0;
     Date date_ = 0.0;
-    std::string string_;
-    OleColor color_ = 0;
+    bool boolean_ = false;
     // The slots of the larger types and of nested bags and lists: most
     // properties never hold one, so each is made on first use.
-    Rectangle rectangle_;
+    LazySlot<Rectangle> rectangle_;
     LazySlot<FontData> font_;
     LazySlot<AssetData> asset_;
     LazySlot<LocationData> location_;

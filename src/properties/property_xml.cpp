@@ -155,12 +155,14 @@ void PersistedProperty::WritePlain(xml::Writer& writer) const {
             writer.Attribute("underline", support::TypedBoolToText(font.Underline));
             break;
         }
-        case ptRectangle:
-            writer.Attribute("left", support::LongToText(rectangle_.Left));
-            writer.Attribute("top", support::LongToText(rectangle_.Top));
-            writer.Attribute("width", support::LongToText(rectangle_.Width));
-            writer.Attribute("height", support::LongToText(rectangle_.Height));
+        case ptRectangle: {
+            const Rectangle& rectangle = rectangle_.Get();
+            writer.Attribute("left", support::LongToText(rectangle.Left));
+            writer.Attribute("top", support::LongToText(rectangle.Top));
+            writer.Attribute("width", support::LongToText(rectangle.Width));
+            writer.Attribute("height", support::LongToText(rectangle.Height));
             break;
+        }
         case ptAsset: {
             const AssetData& asset = asset_.Get();
             writer.Attribute("filename", asset.Filename);
@@ -350,10 +352,11 @@ void PersistedProperty::ReadElement(const xml::Element& Element) {
         font.Underline = support::VariantToBool(element.GetAttribute("underline"), false);
     } else if (elementName == "rectprop") {
         property_type_ = ptRectangle;
-        rectangle_.Left = support::VariantToLong(element.GetAttribute("left"), 0);
-        rectangle_.Top = support::VariantToLong(element.GetAttribute("top"), 0);
-        rectangle_.Width = support::VariantToLong(element.GetAttribute("width"), 0);
-        rectangle_.Height = support::VariantToLong(element.GetAttribute("height"), 0);
+        Rectangle& rectangle = rectangle_.Set();
+        rectangle.Left = support::VariantToLong(element.GetAttribute("left"), 0);
+        rectangle.Top = support::VariantToLong(element.GetAttribute("top"), 0);
+        rectangle.Width = support::VariantToLong(element.GetAttribute("width"), 0);
+        rectangle.Height = support::VariantToLong(element.GetAttribute("height"), 0);
     } else if (elementName == "assetprop") {
         property_type_ = ptAsset;
         AssetData& asset = asset_.Set();
