@@ -102,7 +102,10 @@ Element Document::DocumentElement() const {
     IXMLDOMDocument* dom = Require(impl_);
     ComPtr<IXMLDOMElement> root;
     Check(dom->get_documentElement(root.Out()), "The root element could not be read.");
-    return DocumentImpl::MakeElement(impl_, root.Get());
+    if (!root) {
+        return Element();
+    }
+    return DocumentImpl::MakeRoot(impl_, root.Get());
 }
 
 void Document::SetDocumentElement(const Element& element) {
@@ -112,6 +115,9 @@ void Document::SetDocumentElement(const Element& element) {
     }
     Check(dom->putref_documentElement(detail::RequireElement(DocumentImpl::NodeOf(element))),
           "The root element could not be set.");
+    if (DocumentImpl::ImplOf(element) == impl_) {
+        impl_->RememberRoot(DocumentImpl::NodeOf(element));
+    }
 }
 
 bool Document::PreserveWhiteSpace() const {

@@ -38,6 +38,22 @@ NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
     return raw;
 }
 
+NodeImpl* DocumentImpl::InternRoot(IXMLDOMNode* root) {
+    if (root == nullptr) {
+        return nullptr;
+    }
+    msxml::ComPtr<IUnknown> identity;
+    msxml::Check(root->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
+                 "The node has no identity.");
+    const auto found = nodes_.find(identity.Get());
+    if (found != nodes_.end()) {
+        root_ = found->second.get();
+    } else if (root_ == nullptr || !SameNode(root_->node.Get(), root)) {
+        root_ = Intern(root);
+    }
+    return root_;
+}
+
 Node DocumentImpl::MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node) {
     if (node == nullptr) {
         return Node();

@@ -43,10 +43,20 @@ public:
 
     // The one NodeImpl of `node` (null for null).
     NodeImpl* Intern(IXMLDOMNode* node);
+    // The NodeImpl of the document element `root`: the handle last placed or
+    // read as the root when `root` is still that element, so that the root
+    // keeps one handle also where MSXML hands out a new object for it on
+    // every read (Wine).
+    NodeImpl* InternRoot(IXMLDOMNode* root);
+    void RememberRoot(NodeImpl* root) noexcept { root_ = root; }
 
     static Node MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
     // Null unless `node` is an element.
     static Element MakeElement(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
+    // The handle of the document element `root` (see InternRoot).
+    static Element MakeRoot(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* root) {
+        return Element(doc, doc->InternRoot(root));
+    }
     static Document MakeDocument(std::shared_ptr<DocumentImpl> doc) { return Document(std::move(doc)); }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Node& node) { return node.doc_; }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Document& doc) { return doc.impl_; }
@@ -55,7 +65,13 @@ public:
 private:
     msxml::ComPtr<IXMLDOMDocument> document_;
     std::unordered_map<IUnknown*, std::unique_ptr<NodeImpl>> nodes_;
+    NodeImpl* root_ = nullptr;
 };
+
+// Whether two MSXML objects stand for the same node: the same COM identity,
+// or (where MSXML gives one node several objects) one element seen through
+// both, or two objects of one document.
+bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b);
 
 // The MSXML node behind a handle; raises the DOM error "The node is null."
 // for a null handle.

@@ -86,9 +86,11 @@ bool SameIdentity(IXMLDOMNode* a, IXMLDOMNode* b) {
     return identityA.Get() == identityB.Get();
 }
 
-// Whether two MSXML objects stand for the same node (for a document, two
-// objects of one document: only elements can be told apart by a mark).
-bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
+}  // namespace
+
+// For a document, two objects of one document: only elements can be told
+// apart by a mark.
+bool detail::SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
     if (SameIdentity(a, b)) {
         return true;
     }
@@ -112,6 +114,10 @@ bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
     const ElementMark mark(a);
     return mark.On(b);
 }
+
+namespace {
+
+using detail::SameNode;
 
 ComPtr<IXMLDOMNode> ParentOf(IXMLDOMNode* node) {
     ComPtr<IXMLDOMNode> parent;
