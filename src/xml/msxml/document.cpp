@@ -47,7 +47,19 @@ Node Document::CreateTextNode(std::string_view text) {
     RequireDocumentText(text);
     const Bstr value(text);
     ComPtr<IXMLDOMText> node;
-    Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
+    if (text.find('\r') == std::string_view::npos) {
+        Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
+    } else {
+        // A carriage return is kept as it is: Wine's MSXML turns CR LF and a
+        // lone CR into LF in createTextNode, but not in the node's value.
+        const Bstr empty("");
+        Check(dom->createTextNode(empty.Get(), node.Out()), "The text could not be created.");
+        VARIANT v;
+        VariantInit(&v);
+        V_VT(&v) = VT_BSTR;
+        V_BSTR(&v) = value.Get();
+        Check(node->put_nodeValue(v), "The text could not be created.");
+    }
     return DocumentImpl::MakeNode(impl_, node.Get());
 }
 

@@ -204,9 +204,20 @@ void Node::SetText(std::string_view text) {
     RequireDocumentText(text);
     const Bstr value(text);
     switch (TypeOf(node)) {
-        case NODE_ELEMENT:
+        case NODE_ELEMENT: {
+            // The children are taken out first, so that handles to them stay
+            // valid and unattached: Wine's MSXML frees the children that
+            // "text" replaces under the objects still standing for them.
+            ComPtr<IXMLDOMNode> child;
+            Check(node->get_firstChild(child.Out()), "The text could not be set.");
+            while (child) {
+                ComPtr<IXMLDOMNode> removed;
+                Check(node->removeChild(child.Get(), removed.Out()), "The text could not be set.");
+                Check(node->get_firstChild(child.Out()), "The text could not be set.");
+            }
             Check(node->put_text(value.Get()), "The text could not be set.");
             return;
+        }
         case NODE_TEXT:
         case NODE_CDATA_SECTION:
         case NODE_COMMENT:
