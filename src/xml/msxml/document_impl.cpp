@@ -98,21 +98,39 @@ namespace quillbank::xml::msxml {
 
 using detail::DocumentImpl;
 
+namespace {
+
+// The host's object as the interface it was declared as, asked for through
+// QueryInterface: a host binding early may hand over another DOM node (a
+// comment, a document) in its place, which is a type mismatch rather than a
+// call into the wrong table of functions.
+template <class T>
+ComPtr<T> AsDeclared(T* given, REFIID iid) {
+    ComPtr<T> object;
+    if (FAILED(given->QueryInterface(iid, reinterpret_cast<void**>(object.Out()))) || !object) {
+        throw Error(ErrTypeMismatch, "Quillbank", "Type mismatch");
+    }
+    return object;
+}
+
+}  // namespace
+
 Document WrapDocument(IXMLDOMDocument* document) {
     if (document == nullptr) {
         return Document();
     }
-    return DocumentImpl::MakeDocument(std::make_shared<DocumentImpl>(ComPtr<IXMLDOMDocument>::Share(document)));
+    return DocumentImpl::MakeDocument(std::make_shared<DocumentImpl>(AsDeclared(document, IID_IXMLDOMDocument)));
 }
 
 Element WrapElement(IXMLDOMElement* element) {
     if (element == nullptr) {
         return Element();
     }
+    const ComPtr<IXMLDOMElement> declared = AsDeclared(element, IID_IXMLDOMElement);
     ComPtr<IXMLDOMDocument> owner;
-    Check(element->get_ownerDocument(owner.Out()), "The element has no document.");
+    Check(declared->get_ownerDocument(owner.Out()), "The element has no document.");
     auto impl = std::make_shared<DocumentImpl>(owner);
-    return DocumentImpl::MakeElement(impl, element);
+    return DocumentImpl::MakeElement(impl, declared.Get());
 }
 
 ComPtr<IXMLDOMDocument> DomOf(const Document& document) {
