@@ -145,6 +145,9 @@ void Document::SetPreserveWhiteSpace(bool preserve) {
 
 std::string Document::Xml() const { return msxml::NodeXml(Require(impl_)); }
 
-Node Document::AsNode() const { return DocumentImpl::MakeNode(impl_, Require(impl_)); }
+Node Document::AsNode() const {
+    Require(impl_);
+    return DocumentImpl::MakeNodeOf(impl_, impl_->DocumentNode());
+}
 
 }  // namespace quillbank::xml

@@ -38,6 +38,57 @@ NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
     return raw;
 }
 
+namespace {
+
+DOMNodeType TypeOf(IXMLDOMNode* node) {
+    DOMNodeType type = NODE_INVALID;
+    msxml::Check(node->get_nodeType(&type), "The node type could not be read.");
+    return type;
+}
+
+}  // namespace
+
+NodeImpl* DocumentImpl::Find(IXMLDOMNode* node) {
+    msxml::ComPtr<IUnknown> identity;
+    msxml::Check(node->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
+                 "The node has no identity.");
+    const auto found = nodes_.find(identity.Get());
+    return found != nodes_.end() ? found->second.get() : nullptr;
+}
+
+NodeImpl* DocumentImpl::DocumentNode() {
+    NodeImpl* impl = Intern(document_.Get());
+    impl->document = true;
+    return impl;
+}
+
+NodeImpl* DocumentImpl::InternChild(IXMLDOMNode* child, NodeImpl* parent) {
+    if (child == nullptr) {
+        return nullptr;
+    }
+    NodeImpl* impl = parent != nullptr && parent->document && TypeOf(child) == NODE_ELEMENT ? InternRoot(child)
+                                                                                            : Intern(child);
+    impl->reachedFrom = parent;
+    return impl;
+}
+
+NodeImpl* DocumentImpl::InternParent(IXMLDOMNode* parent, NodeImpl* child) {
+    if (parent == nullptr) {
+        return nullptr;
+    }
+    if (NodeImpl* known = Find(parent)) {
+        return known;
+    }
+    NodeImpl* guess = child != nullptr ? child->reachedFrom : nullptr;
+    if (guess != nullptr && SameNode(guess->node.Get(), parent)) {
+        return guess;
+    }
+    if (TypeOf(parent) == NODE_DOCUMENT && SameNode(document_.Get(), parent)) {
+        return DocumentNode();
+    }
+    return Intern(parent);
+}
+
 NodeImpl* DocumentImpl::InternRoot(IXMLDOMNode* root) {
     if (root == nullptr) {
         return nullptr;

@@ -29,6 +29,12 @@ struct NodeImpl {
     msxml::ComPtr<IXMLDOMNode> node;
     // The element interface, asked for once when first needed.
     msxml::ComPtr<IXMLDOMElement> element;
+    // The node this one was last reached from (as a child) or placed under:
+    // its parent then, and the first guess at its parent when MSXML hands out
+    // a new object for the parent (see InternParent).
+    NodeImpl* reachedFrom = nullptr;
+    // Whether this is the document node itself.
+    bool document = false;
 };
 
 class DocumentImpl {
@@ -49,6 +55,19 @@ public:
     // every read (Wine).
     NodeImpl* InternRoot(IXMLDOMNode* root);
     void RememberRoot(NodeImpl* root) noexcept { root_ = root; }
+    // The NodeImpl of the document node itself.
+    NodeImpl* DocumentNode();
+    // The NodeImpl of `child`, reached below `parent` (null when the parent
+    // is not known): an element below the document node is the root.
+    NodeImpl* InternChild(IXMLDOMNode* child, NodeImpl* parent);
+    // The NodeImpl of `parent`, the parent MSXML gives for `child`: the node
+    // `child` was reached from when that is still its parent, the document
+    // node for a document, so that a walk up meets the handles of the walk
+    // down also where MSXML hands out new objects (Wine).
+    NodeImpl* InternParent(IXMLDOMNode* parent, NodeImpl* child);
+    static Node MakeNodeOf(const std::shared_ptr<DocumentImpl>& doc, NodeImpl* node) {
+        return node == nullptr ? Node() : Node(doc, node);
+    }
 
     static Node MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
     // Null unless `node` is an element.
@@ -66,6 +85,8 @@ private:
     msxml::ComPtr<IXMLDOMDocument> document_;
     std::unordered_map<IUnknown*, std::unique_ptr<NodeImpl>> nodes_;
     NodeImpl* root_ = nullptr;
+    // Finds the NodeImpl of `node` by its COM identity; null when there is none.
+    NodeImpl* Find(IXMLDOMNode* node);
 };
 
 // Whether two MSXML objects stand for the same node: the same COM identity,

@@ -239,31 +239,31 @@ std::string Node::Xml() const { return msxml::NodeXml(RequireNode(node_)); }
 Node Node::Parent() const {
     ComPtr<IXMLDOMNode> parent;
     Check(RequireNode(node_)->get_parentNode(parent.Out()), "The parent could not be read.");
-    return DocumentImpl::MakeNode(doc_, parent.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternParent(parent.Get(), node_));
 }
 
 Node Node::FirstChild() const {
     ComPtr<IXMLDOMNode> child;
     Check(RequireNode(node_)->get_firstChild(child.Out()), "The first child could not be read.");
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Node Node::LastChild() const {
     ComPtr<IXMLDOMNode> child;
     Check(RequireNode(node_)->get_lastChild(child.Out()), "The last child could not be read.");
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Node Node::NextSibling() const {
     ComPtr<IXMLDOMNode> sibling;
     Check(RequireNode(node_)->get_nextSibling(sibling.Out()), "The next sibling could not be read.");
-    return DocumentImpl::MakeNode(doc_, sibling.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(sibling.Get(), node_->reachedFrom));
 }
 
 Node Node::PreviousSibling() const {
     ComPtr<IXMLDOMNode> sibling;
     Check(RequireNode(node_)->get_previousSibling(sibling.Out()), "The previous sibling could not be read.");
-    return DocumentImpl::MakeNode(doc_, sibling.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(sibling.Get(), node_->reachedFrom));
 }
 
 bool Node::HasChildNodes() const {
@@ -292,7 +292,7 @@ Node Node::ChildAt(std::int32_t index) const {
         Check(hr, "The child could not be read.");
         return Node();
     }
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Document Node::OwnerDocument() const {
@@ -307,7 +307,7 @@ Node Node::AppendChild(const Node& child) {
     CheckInsert(parent, ChildNode(child), nullptr);
     ComPtr<IXMLDOMNode> placed;
     Check(parent->appendChild(ChildNode(child), placed.Out()), "The node could not be appended.");
-    return DocumentImpl::MakeNode(doc_, placed.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
 Node Node::InsertBefore(const Node& child, const Node& reference) {
@@ -329,7 +329,7 @@ Node Node::InsertBefore(const Node& child, const Node& reference) {
     }
     ComPtr<IXMLDOMNode> placed;
     Check(parent->insertBefore(newChild, where, placed.Out()), "The node could not be inserted.");
-    return DocumentImpl::MakeNode(doc_, placed.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
 Node Node::RemoveChild(const Node& child) {
