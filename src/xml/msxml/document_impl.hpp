@@ -10,9 +10,11 @@
 // when the last handle to the document or to one of its nodes goes. So a
 // handle stays valid also after its node was removed from the tree, and two
 // handles to the same node compare equal when MSXML gives the node one
-// identity (Windows does; Wine's MSXML makes a new wrapper object on every
-// navigation, so there two handles reached by different walks compare
-// unequal and each keeps its own reference).
+// identity, as Windows does. Wine's MSXML makes a new wrapper object on every
+// navigation; there a walk up still meets the handles of the walk down, and
+// the root and the document node keep one handle each (see InternParent,
+// InternChild, InternRoot), but two walks down to one node by different
+// routes give two handles, each with its own reference.
 
 #include <cstdint>
 #include <memory>
