@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 jobs=$(nproc)
 
 cmake --preset windows
-core_suites=(frame support properties elements storyboards)
+core_suites=(frame support xml properties elements storyboards maps lesson)
 targets=(QuillbankServer early_binding_client)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
 cmake --build --preset windows -j "$jobs" --target "${targets[@]}"

@@ -79,8 +79,14 @@ public:
         if (info == nullptr) {
             return TYPE_E_CANTLOADLIBRARY;
         }
-        const HRESULT hr = info->Invoke(static_cast<Interface*>(this), id, flags, parameters, result, exception,
-                                        argumentError);
+        HRESULT hr = info->Invoke(static_cast<Interface*>(this), id, flags, parameters, result, exception,
+                                  argumentError);
+        if (hr == E_NOTIMPL && RecordArgumentMismatch(info, id, flags, parameters, argumentError)) {
+            // Wine's ITypeInfo::Invoke cannot convert to a record and says
+            // so before calling the member; an argument that is no record at
+            // all is a type mismatch, as Windows reports it.
+            hr = DISP_E_TYPEMISMATCH;
+        }
         info->Release();
         return hr;
     }
@@ -190,6 +196,74 @@ protected:
     static bool IsCall(WORD flags) { return (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) != 0; }
 
 private:
+    // Whether a member `id` called as `flags` declares a record parameter
+    // that was given something other than a record; sets `argumentError`
+    // to that argument's place in DISPPARAMS.
+    static bool RecordArgumentMismatch(ITypeInfo* info, DISPID id, WORD flags, DISPPARAMS* parameters,
+                                       UINT* argumentError) {
+        if (parameters == nullptr) {
+            return false;
+        }
+        TYPEATTR* attributes = nullptr;
+        if (FAILED(info->GetTypeAttr(&attributes))) {
+            return false;
+        }
+        const WORD functions = attributes->cFuncs;
+        info->ReleaseTypeAttr(attributes);
+        bool mismatch = false;
+        for (WORD f = 0; f < functions && !mismatch; ++f) {
+            FUNCDESC* function = nullptr;
+            if (FAILED(info->GetFuncDesc(f, &function))) {
+                continue;
+            }
+            // INVOKEKIND and the DISPATCH_ flags share their bit values.
+            if (function->memid == id && (static_cast<WORD>(function->invkind) & flags) != 0) {
+                const UINT given = parameters->cArgs - parameters->cNamedArgs;
+                for (UINT p = 0; p < given && p < static_cast<UINT>(function->cParams) && !mismatch; ++p) {
+                    if (!IsRecordType(info, function->lprgelemdescParam[p].tdesc)) {
+                        continue;
+                    }
+                    const UINT place = parameters->cArgs - 1 - p;
+                    VARIANT* argument = &parameters->rgvarg[place];
+                    if (V_VT(argument) == (VT_BYREF | VT_VARIANT)) {
+                        argument = V_VARIANTREF(argument);
+                    }
+                    if ((V_VT(argument) & ~VT_BYREF) != VT_RECORD) {
+                        mismatch = true;
+                        if (argumentError != nullptr) {
+                            *argumentError = place;
+                        }
+                    }
+                }
+            }
+            info->ReleaseFuncDesc(function);
+        }
+        return mismatch;
+    }
+
+    // Whether `type` (or what it points to) is a record of the type library.
+    static bool IsRecordType(ITypeInfo* info, const TYPEDESC& type) {
+        const TYPEDESC* described = &type;
+        if (described->vt == VT_PTR && described->lptdesc != nullptr) {
+            described = described->lptdesc;
+        }
+        if (described->vt != VT_USERDEFINED) {
+            return false;
+        }
+        ITypeInfo* referenced = nullptr;
+        if (FAILED(info->GetRefTypeInfo(described->hreftype, &referenced))) {
+            return false;
+        }
+        bool record = false;
+        TYPEATTR* attributes = nullptr;
+        if (SUCCEEDED(referenced->GetTypeAttr(&attributes))) {
+            record = attributes->typekind == TKIND_RECORD;
+            referenced->ReleaseTypeAttr(attributes);
+        }
+        referenced->Release();
+        return record;
+    }
+
     LONG references_ = 1;
 };
 

@@ -509,6 +509,73 @@ void CheckLesson() {
     lesson->Release();
 }
 
+// DOM nodes of the wrong kind handed over through the vtable, as a host that
+// casts carelessly would: a comment or a document where an element is
+// declared, an element where a document is declared. Each is a type mismatch
+// (the host's error 13), never a call into the wrong table of functions.
+void CheckWrongDomNodes() {
+    CLSID documentClass{};
+    HRESULT hr = CLSIDFromProgID(L"Msxml2.DOMDocument.3.0", &documentClass);
+    IXMLDOMDocument* document = nullptr;
+    if (SUCCEEDED(hr)) {
+        hr = CoCreateInstance(documentClass, nullptr, CLSCTX_INPROC_SERVER, IID_IXMLDOMDocument,
+                              reinterpret_cast<void**>(&document));
+    }
+    Check(SUCCEEDED(hr) && document != nullptr, "MSXML's DOM document is created", Hex(hr));
+    _Lesson* lesson = nullptr;
+    _LessonMap* map = nullptr;
+    _PersistedPropertyCollection* bag = nullptr;
+    CoCreateInstance(CLSID_Lesson, nullptr, CLSCTX_INPROC_SERVER, IID__Lesson, reinterpret_cast<void**>(&lesson));
+    CoCreateInstance(CLSID_LessonMap, nullptr, CLSCTX_INPROC_SERVER, IID__LessonMap, reinterpret_cast<void**>(&map));
+    CoCreateInstance(CLSID_PersistedPropertyCollection, nullptr, CLSCTX_INPROC_SERVER,
+                     IID__PersistedPropertyCollection, reinterpret_cast<void**>(&bag));
+    if (document == nullptr || lesson == nullptr || map == nullptr || bag == nullptr) {
+        Check(false, "the objects for the wrong DOM nodes are at hand");
+        return;
+    }
+    BSTR text = SysAllocString(L"note");
+    IXMLDOMComment* comment = nullptr;
+    document->createComment(text, &comment);
+    SysFreeString(text);
+    BSTR name = SysAllocString(L"lesson");
+    IXMLDOMElement* element = nullptr;
+    document->createElement(name, &element);
+    SysFreeString(name);
+    if (comment == nullptr || element == nullptr) {
+        Check(false, "a comment and an element are made in the document");
+        return;
+    }
+
+    hr = lesson->FromXMLElement(reinterpret_cast<IXMLDOMElement*>(comment));
+    Check(hr == static_cast<HRESULT>(0x800A000D), "Lesson.FromXMLElement of a comment posing as an element fails "
+          "with error 13", Hex(hr));
+    hr = map->FromXMLElement(reinterpret_cast<IXMLDOMElement*>(document));
+    Check(hr == static_cast<HRESULT>(0x800A000D), "LessonMap.FromXMLElement of a document posing as an element "
+          "fails with error 13", Hex(hr));
+    IXMLDOMElement* written = nullptr;
+    hr = lesson->ToXMLElement(reinterpret_cast<IXMLDOMDocument*>(element), &written);
+    Check(hr == static_cast<HRESULT>(0x800A000D) && written == nullptr, "Lesson.ToXMLElement of an element posing "
+          "as a document fails with error 13", Hex(hr));
+    hr = bag->ToClearXMLElement(reinterpret_cast<IXMLDOMDocument*>(comment), &written);
+    Check(hr == static_cast<HRESULT>(0x800A000D) && written == nullptr, "PersistedPropertyCollection."
+          "ToClearXMLElement of a comment posing as a document fails with error 13", Hex(hr));
+
+    // The same nodes as what they are still work.
+    hr = lesson->FromXMLElement(element);
+    Check(hr == S_OK, "Lesson.FromXMLElement of the element itself", Hex(hr));
+    hr = lesson->ToXMLElement(document, &written);
+    Check(hr == S_OK && written != nullptr, "Lesson.ToXMLElement into the document itself", Hex(hr));
+    if (written != nullptr) {
+        written->Release();
+    }
+    comment->Release();
+    element->Release();
+    bag->Release();
+    map->Release();
+    lesson->Release();
+    document->Release();
+}
+
 void CheckConstants() {
     IDispatch* constants = nullptr;
     const HRESULT hr = CoCreateInstance(CLSID_Constants, nullptr, CLSCTX_INPROC_SERVER, IID__Constants,
@@ -819,6 +886,7 @@ int main() {
     CheckStoryboards();
     CheckLessonMap();
     CheckLesson();
+    CheckWrongDomNodes();
     CheckConstants();
     CheckTypeLibrary();
     CheckRegistration();

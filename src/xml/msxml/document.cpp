@@ -47,7 +47,19 @@ Node Document::CreateTextNode(std::string_view text) {
     RequireDocumentText(text);
     const Bstr value(text);
     ComPtr<IXMLDOMText> node;
-    Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
+    if (text.find('\r') == std::string_view::npos) {
+        Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
+    } else {
+        // A carriage return is kept as it is: Wine's MSXML turns CR LF and a
+        // lone CR into LF in createTextNode, but not in the node's value.
+        const Bstr empty("");
+        Check(dom->createTextNode(empty.Get(), node.Out()), "The text could not be created.");
+        VARIANT v;
+        VariantInit(&v);
+        V_VT(&v) = VT_BSTR;
+        V_BSTR(&v) = value.Get();
+        Check(node->put_nodeValue(v), "The text could not be created.");
+    }
     return DocumentImpl::MakeNode(impl_, node.Get());
 }
 
@@ -102,7 +114,10 @@ Element Document::DocumentElement() const {
     IXMLDOMDocument* dom = Require(impl_);
     ComPtr<IXMLDOMElement> root;
     Check(dom->get_documentElement(root.Out()), "The root element could not be read.");
-    return DocumentImpl::MakeElement(impl_, root.Get());
+    if (!root) {
+        return Element();
+    }
+    return DocumentImpl::MakeRoot(impl_, root.Get());
 }
 
 void Document::SetDocumentElement(const Element& element) {
@@ -112,6 +127,9 @@ void Document::SetDocumentElement(const Element& element) {
     }
     Check(dom->putref_documentElement(detail::RequireElement(DocumentImpl::NodeOf(element))),
           "The root element could not be set.");
+    if (DocumentImpl::ImplOf(element) == impl_) {
+        impl_->RememberRoot(DocumentImpl::NodeOf(element));
+    }
 }
 
 bool Document::PreserveWhiteSpace() const {
@@ -127,6 +145,9 @@ void Document::SetPreserveWhiteSpace(bool preserve) {
 
 std::string Document::Xml() const { return msxml::NodeXml(Require(impl_)); }
 
-Node Document::AsNode() const { return DocumentImpl::MakeNode(impl_, Require(impl_)); }
+Node Document::AsNode() const {
+    Require(impl_);
+    return DocumentImpl::MakeNodeOf(impl_, impl_->DocumentNode());
+}
 
 }  // namespace quillbank::xml

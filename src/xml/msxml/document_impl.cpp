@@ -38,6 +38,73 @@ NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
     return raw;
 }
 
+namespace {
+
+DOMNodeType TypeOf(IXMLDOMNode* node) {
+    DOMNodeType type = NODE_INVALID;
+    msxml::Check(node->get_nodeType(&type), "The node type could not be read.");
+    return type;
+}
+
+}  // namespace
+
+NodeImpl* DocumentImpl::Find(IXMLDOMNode* node) {
+    msxml::ComPtr<IUnknown> identity;
+    msxml::Check(node->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
+                 "The node has no identity.");
+    const auto found = nodes_.find(identity.Get());
+    return found != nodes_.end() ? found->second.get() : nullptr;
+}
+
+NodeImpl* DocumentImpl::DocumentNode() {
+    NodeImpl* impl = Intern(document_.Get());
+    impl->document = true;
+    return impl;
+}
+
+NodeImpl* DocumentImpl::InternChild(IXMLDOMNode* child, NodeImpl* parent) {
+    if (child == nullptr) {
+        return nullptr;
+    }
+    NodeImpl* impl = parent != nullptr && parent->document && TypeOf(child) == NODE_ELEMENT ? InternRoot(child)
+                                                                                            : Intern(child);
+    impl->reachedFrom = parent;
+    return impl;
+}
+
+NodeImpl* DocumentImpl::InternParent(IXMLDOMNode* parent, NodeImpl* child) {
+    if (parent == nullptr) {
+        return nullptr;
+    }
+    if (NodeImpl* known = Find(parent)) {
+        return known;
+    }
+    NodeImpl* guess = child != nullptr ? child->reachedFrom : nullptr;
+    if (guess != nullptr && SameNode(guess->node.Get(), parent)) {
+        return guess;
+    }
+    if (TypeOf(parent) == NODE_DOCUMENT && SameNode(document_.Get(), parent)) {
+        return DocumentNode();
+    }
+    return Intern(parent);
+}
+
+NodeImpl* DocumentImpl::InternRoot(IXMLDOMNode* root) {
+    if (root == nullptr) {
+        return nullptr;
+    }
+    msxml::ComPtr<IUnknown> identity;
+    msxml::Check(root->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
+                 "The node has no identity.");
+    const auto found = nodes_.find(identity.Get());
+    if (found != nodes_.end()) {
+        root_ = found->second.get();
+    } else if (root_ == nullptr || !SameNode(root_->node.Get(), root)) {
+        root_ = Intern(root);
+    }
+    return root_;
+}
+
 Node DocumentImpl::MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node) {
     if (node == nullptr) {
         return Node();
@@ -82,21 +149,39 @@ namespace quillbank::xml::msxml {
 
 using detail::DocumentImpl;
 
+namespace {
+
+// The host's object as the interface it was declared as, asked for through
+// QueryInterface: a host binding early may hand over another DOM node (a
+// comment, a document) in its place, which is a type mismatch rather than a
+// call into the wrong table of functions.
+template <class T>
+ComPtr<T> AsDeclared(T* given, REFIID iid) {
+    ComPtr<T> object;
+    if (FAILED(given->QueryInterface(iid, reinterpret_cast<void**>(object.Out()))) || !object) {
+        throw Error(ErrTypeMismatch, "Quillbank", "Type mismatch");
+    }
+    return object;
+}
+
+}  // namespace
+
 Document WrapDocument(IXMLDOMDocument* document) {
     if (document == nullptr) {
         return Document();
     }
-    return DocumentImpl::MakeDocument(std::make_shared<DocumentImpl>(ComPtr<IXMLDOMDocument>::Share(document)));
+    return DocumentImpl::MakeDocument(std::make_shared<DocumentImpl>(AsDeclared(document, IID_IXMLDOMDocument)));
 }
 
 Element WrapElement(IXMLDOMElement* element) {
     if (element == nullptr) {
         return Element();
     }
+    const ComPtr<IXMLDOMElement> declared = AsDeclared(element, IID_IXMLDOMElement);
     ComPtr<IXMLDOMDocument> owner;
-    Check(element->get_ownerDocument(owner.Out()), "The element has no document.");
+    Check(declared->get_ownerDocument(owner.Out()), "The element has no document.");
     auto impl = std::make_shared<DocumentImpl>(owner);
-    return DocumentImpl::MakeElement(impl, element);
+    return DocumentImpl::MakeElement(impl, declared.Get());
 }
 
 ComPtr<IXMLDOMDocument> DomOf(const Document& document) {

@@ -10,9 +10,11 @@
 // when the last handle to the document or to one of its nodes goes. So a
 // handle stays valid also after its node was removed from the tree, and two
 // handles to the same node compare equal when MSXML gives the node one
-// identity (Windows does; Wine's MSXML makes a new wrapper object on every
-// navigation, so there two handles reached by different walks compare
-// unequal and each keeps its own reference).
+// identity, as Windows does. Wine's MSXML makes a new wrapper object on every
+// navigation; there a walk up still meets the handles of the walk down, and
+// the root and the document node keep one handle each (see InternParent,
+// InternChild, InternRoot), but two walks down to one node by different
+// routes give two handles, each with its own reference.
 
 #include <cstdint>
 #include <memory>
@@ -29,6 +31,12 @@ struct NodeImpl {
     msxml::ComPtr<IXMLDOMNode> node;
     // The element interface, asked for once when first needed.
     msxml::ComPtr<IXMLDOMElement> element;
+    // The node this one was last reached from (as a child) or placed under:
+    // its parent then, and the first guess at its parent when MSXML hands out
+    // a new object for the parent (see InternParent).
+    NodeImpl* reachedFrom = nullptr;
+    // Whether this is the document node itself.
+    bool document = false;
 };
 
 class DocumentImpl {
@@ -43,10 +51,33 @@ public:
 
     // The one NodeImpl of `node` (null for null).
     NodeImpl* Intern(IXMLDOMNode* node);
+    // The NodeImpl of the document element `root`: the handle last placed or
+    // read as the root when `root` is still that element, so that the root
+    // keeps one handle also where MSXML hands out a new object for it on
+    // every read (Wine).
+    NodeImpl* InternRoot(IXMLDOMNode* root);
+    void RememberRoot(NodeImpl* root) noexcept { root_ = root; }
+    // The NodeImpl of the document node itself.
+    NodeImpl* DocumentNode();
+    // The NodeImpl of `child`, reached below `parent` (null when the parent
+    // is not known): an element below the document node is the root.
+    NodeImpl* InternChild(IXMLDOMNode* child, NodeImpl* parent);
+    // The NodeImpl of `parent`, the parent MSXML gives for `child`: the node
+    // `child` was reached from when that is still its parent, the document
+    // node for a document, so that a walk up meets the handles of the walk
+    // down also where MSXML hands out new objects (Wine).
+    NodeImpl* InternParent(IXMLDOMNode* parent, NodeImpl* child);
+    static Node MakeNodeOf(const std::shared_ptr<DocumentImpl>& doc, NodeImpl* node) {
+        return node == nullptr ? Node() : Node(doc, node);
+    }
 
     static Node MakeNode(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
     // Null unless `node` is an element.
     static Element MakeElement(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* node);
+    // The handle of the document element `root` (see InternRoot).
+    static Element MakeRoot(const std::shared_ptr<DocumentImpl>& doc, IXMLDOMNode* root) {
+        return Element(doc, doc->InternRoot(root));
+    }
     static Document MakeDocument(std::shared_ptr<DocumentImpl> doc) { return Document(std::move(doc)); }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Node& node) { return node.doc_; }
     static const std::shared_ptr<DocumentImpl>& ImplOf(const Document& doc) { return doc.impl_; }
@@ -55,7 +86,15 @@ public:
 private:
     msxml::ComPtr<IXMLDOMDocument> document_;
     std::unordered_map<IUnknown*, std::unique_ptr<NodeImpl>> nodes_;
+    NodeImpl* root_ = nullptr;
+    // Finds the NodeImpl of `node` by its COM identity; null when there is none.
+    NodeImpl* Find(IXMLDOMNode* node);
 };
+
+// Whether two MSXML objects stand for the same node: the same COM identity,
+// or (where MSXML gives one node several objects) one element seen through
+// both, or two objects of one document.
+bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b);
 
 // The MSXML node behind a handle; raises the DOM error "The node is null."
 // for a null handle.

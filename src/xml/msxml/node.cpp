@@ -86,9 +86,11 @@ bool SameIdentity(IXMLDOMNode* a, IXMLDOMNode* b) {
     return identityA.Get() == identityB.Get();
 }
 
-// Whether two MSXML objects stand for the same node (for a document, two
-// objects of one document: only elements can be told apart by a mark).
-bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
+}  // namespace
+
+// For a document, two objects of one document: only elements can be told
+// apart by a mark.
+bool detail::SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
     if (SameIdentity(a, b)) {
         return true;
     }
@@ -112,6 +114,10 @@ bool SameNode(IXMLDOMNode* a, IXMLDOMNode* b) {
     const ElementMark mark(a);
     return mark.On(b);
 }
+
+namespace {
+
+using detail::SameNode;
 
 ComPtr<IXMLDOMNode> ParentOf(IXMLDOMNode* node) {
     ComPtr<IXMLDOMNode> parent;
@@ -198,9 +204,20 @@ void Node::SetText(std::string_view text) {
     RequireDocumentText(text);
     const Bstr value(text);
     switch (TypeOf(node)) {
-        case NODE_ELEMENT:
+        case NODE_ELEMENT: {
+            // The children are taken out first, so that handles to them stay
+            // valid and unattached: Wine's MSXML frees the children that
+            // "text" replaces under the objects still standing for them.
+            ComPtr<IXMLDOMNode> child;
+            Check(node->get_firstChild(child.Out()), "The text could not be set.");
+            while (child) {
+                ComPtr<IXMLDOMNode> removed;
+                Check(node->removeChild(child.Get(), removed.Out()), "The text could not be set.");
+                Check(node->get_firstChild(child.Out()), "The text could not be set.");
+            }
             Check(node->put_text(value.Get()), "The text could not be set.");
             return;
+        }
         case NODE_TEXT:
         case NODE_CDATA_SECTION:
         case NODE_COMMENT:
@@ -222,31 +239,31 @@ std::string Node::Xml() const { return msxml::NodeXml(RequireNode(node_)); }
 Node Node::Parent() const {
     ComPtr<IXMLDOMNode> parent;
     Check(RequireNode(node_)->get_parentNode(parent.Out()), "The parent could not be read.");
-    return DocumentImpl::MakeNode(doc_, parent.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternParent(parent.Get(), node_));
 }
 
 Node Node::FirstChild() const {
     ComPtr<IXMLDOMNode> child;
     Check(RequireNode(node_)->get_firstChild(child.Out()), "The first child could not be read.");
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Node Node::LastChild() const {
     ComPtr<IXMLDOMNode> child;
     Check(RequireNode(node_)->get_lastChild(child.Out()), "The last child could not be read.");
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Node Node::NextSibling() const {
     ComPtr<IXMLDOMNode> sibling;
     Check(RequireNode(node_)->get_nextSibling(sibling.Out()), "The next sibling could not be read.");
-    return DocumentImpl::MakeNode(doc_, sibling.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(sibling.Get(), node_->reachedFrom));
 }
 
 Node Node::PreviousSibling() const {
     ComPtr<IXMLDOMNode> sibling;
     Check(RequireNode(node_)->get_previousSibling(sibling.Out()), "The previous sibling could not be read.");
-    return DocumentImpl::MakeNode(doc_, sibling.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(sibling.Get(), node_->reachedFrom));
 }
 
 bool Node::HasChildNodes() const {
@@ -275,7 +292,7 @@ Node Node::ChildAt(std::int32_t index) const {
         Check(hr, "The child could not be read.");
         return Node();
     }
-    return DocumentImpl::MakeNode(doc_, child.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(child.Get(), node_));
 }
 
 Document Node::OwnerDocument() const {
@@ -290,7 +307,7 @@ Node Node::AppendChild(const Node& child) {
     CheckInsert(parent, ChildNode(child), nullptr);
     ComPtr<IXMLDOMNode> placed;
     Check(parent->appendChild(ChildNode(child), placed.Out()), "The node could not be appended.");
-    return DocumentImpl::MakeNode(doc_, placed.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
 Node Node::InsertBefore(const Node& child, const Node& reference) {
@@ -312,7 +329,7 @@ Node Node::InsertBefore(const Node& child, const Node& reference) {
     }
     ComPtr<IXMLDOMNode> placed;
     Check(parent->insertBefore(newChild, where, placed.Out()), "The node could not be inserted.");
-    return DocumentImpl::MakeNode(doc_, placed.Get());
+    return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
 Node Node::RemoveChild(const Node& child) {
