@@ -167,6 +167,62 @@ void CheckInsert(IXMLDOMNode* parent, IXMLDOMNode* child, IXMLDOMNode* reference
     }
 }
 
+bool IsText(IXMLDOMNode* node) { return node != nullptr && TypeOf(node) == NODE_TEXT; }
+
+// Places `child` under `parent` before `reference` (last when null), after
+// CheckInsert. A text node that would land beside another text node goes in
+// through a placeholder element that it then replaces: Wine's MSXML
+// (libxml2) joins a text node placed beside another into that one and frees
+// it, where Windows keeps both nodes; a replacement joins nothing.
+ComPtr<IXMLDOMNode> Place(IXMLDOMNode* parent, IXMLDOMNode* child, IXMLDOMNode* reference) {
+    VARIANT where;
+    VariantInit(&where);
+    if (reference != nullptr) {
+        V_VT(&where) = VT_DISPATCH;
+        V_DISPATCH(&where) = reference;
+    } else {
+        V_VT(&where) = VT_NULL;
+    }
+    bool besideText = false;
+    if (IsText(child)) {
+        ComPtr<IXMLDOMNode> before;
+        if (reference != nullptr) {
+            besideText = IsText(reference);
+            if (!besideText) {
+                Check(reference->get_previousSibling(before.Out()), "The node could not be inserted.");
+            }
+        } else {
+            Check(parent->get_lastChild(before.Out()), "The node could not be inserted.");
+        }
+        besideText = besideText || IsText(before.Get());
+    }
+    ComPtr<IXMLDOMNode> placed;
+    if (!besideText) {
+        if (reference != nullptr) {
+            Check(parent->insertBefore(child, where, placed.Out()), "The node could not be inserted.");
+        } else {
+            Check(parent->appendChild(child, placed.Out()), "The node could not be appended.");
+        }
+        return placed;
+    }
+    // Text is only ever placed under an element, which has a document.
+    ComPtr<IXMLDOMDocument> owner;
+    Check(parent->get_ownerDocument(owner.Out()), "The node could not be inserted.");
+    const Bstr name("quillbank-placeholder");
+    ComPtr<IXMLDOMElement> placeholder;
+    Check(owner->createElement(name.Get(), placeholder.Out()), "The node could not be inserted.");
+    ComPtr<IXMLDOMNode> holder;
+    Check(parent->insertBefore(placeholder.Get(), where, holder.Out()), "The node could not be inserted.");
+    ComPtr<IXMLDOMNode> replaced;
+    const HRESULT hr = parent->replaceChild(child, holder.Get(), replaced.Out());
+    if (FAILED(hr)) {
+        ComPtr<IXMLDOMNode> removed;
+        parent->removeChild(holder.Get(), removed.Out());
+        Check(hr, "The node could not be inserted.");
+    }
+    return ComPtr<IXMLDOMNode>::Share(child);
+}
+
 }  // namespace
 
 NodeType Node::Type() const { return static_cast<NodeType>(TypeOf(RequireNode(node_))); }
@@ -305,30 +361,24 @@ Document Node::OwnerDocument() const {
 Node Node::AppendChild(const Node& child) {
     IXMLDOMNode* parent = RequireNode(node_);
     CheckInsert(parent, ChildNode(child), nullptr);
-    ComPtr<IXMLDOMNode> placed;
-    Check(parent->appendChild(ChildNode(child), placed.Out()), "The node could not be appended.");
+    const ComPtr<IXMLDOMNode> placed = Place(parent, ChildNode(child), nullptr);
     return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
 Node Node::InsertBefore(const Node& child, const Node& reference) {
     IXMLDOMNode* parent = RequireNode(node_);
     IXMLDOMNode* newChild = ChildNode(child);
-    VARIANT where;
-    VariantInit(&where);
+    IXMLDOMNode* referenceNode = nullptr;
     if (reference) {
-        IXMLDOMNode* referenceNode = RequireNode(DocumentImpl::NodeOf(reference));
+        referenceNode = RequireNode(DocumentImpl::NodeOf(reference));
         CheckInsert(parent, newChild, referenceNode);
         if (SameNode(newChild, referenceNode)) {
             return DocumentImpl::MakeNode(doc_, newChild);  // before itself: it stays
         }
-        V_VT(&where) = VT_DISPATCH;
-        V_DISPATCH(&where) = referenceNode;
     } else {
         CheckInsert(parent, newChild, nullptr);
-        V_VT(&where) = VT_NULL;
     }
-    ComPtr<IXMLDOMNode> placed;
-    Check(parent->insertBefore(newChild, where, placed.Out()), "The node could not be inserted.");
+    const ComPtr<IXMLDOMNode> placed = Place(parent, newChild, referenceNode);
     return DocumentImpl::MakeNodeOf(doc_, doc_->InternChild(placed.Get(), node_));
 }
 
