@@ -7,7 +7,7 @@
 #include "properties/property_bag.hpp"
 #include "support/conversions.hpp"
 #include "support/text.hpp"
-#include "xml/string_writing.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -206,11 +206,7 @@ xml::Element ChildElement::WriteElement(const xml::Document& Document, bool clea
     if (!Document) {
         frame::Raise(ErrNullArgument, kWriterSource, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    elements::WriteChildElement(*this, writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { elements::WriteChildElement(*this, writer, clear); });
 }
 
 std::string ChildElement::ToClearXMLString() {

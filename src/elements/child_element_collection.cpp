@@ -7,6 +7,7 @@
 #include "frame/raise.hpp"
 #include "support/conversions.hpp"
 #include "support/text.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -166,11 +167,7 @@ xml::Element ChildElementCollection::WriteElement(const xml::Document& Document,
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    elements::WriteChildList(*this, writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { elements::WriteChildList(*this, writer, clear); });
 }
 
 void ChildElementCollection::FromXMLElement(const xml::Element& Element) {

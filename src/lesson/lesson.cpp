@@ -15,7 +15,7 @@
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
 #include "support/text.hpp"
-#include "xml/string_writing.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -161,11 +161,7 @@ xml::Element Lesson::WriteElement(const xml::Document& Document, bool clear, con
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    WriteTo(writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { WriteTo(writer, clear); });
 }
 
 xml::Element Lesson::ToClearXMLElement(const xml::Document& Document) const {

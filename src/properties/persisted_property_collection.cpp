@@ -11,7 +11,7 @@
 #include "support/conversions.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
-#include "xml/string_writing.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -409,11 +409,7 @@ xml::Element PersistedPropertyCollection::WriteElement(const xml::Document& Docu
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    properties::WriteBag(*this, writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { properties::WriteBag(*this, writer, clear); });
 }
 
 void PersistedPropertyCollection::FromXMLElement(const xml::Element& Element) {

@@ -10,6 +10,7 @@
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
 #include "support/text.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -156,11 +157,7 @@ xml::Element Storyboard::WriteElement(const xml::Document& Document, bool clear,
     if (!Document) {
         frame::Raise(ErrNullArgument, source, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    detail::StoryboardAccess::Write(*this, writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { detail::StoryboardAccess::Write(*this, writer, clear); });
 }
 
 xml::Element Storyboard::ToClearXMLElement(const xml::Document& Document) {

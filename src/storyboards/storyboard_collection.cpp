@@ -7,6 +7,7 @@
 #include "storyboards/storyboard_access.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -158,11 +159,7 @@ xml::Element StoryboardCollection::WriteElement(const xml::Document& Document, b
     if (!Document) {
         frame::Raise(ErrNullArgument, kWriterSource, frame::kDocumentCannotBeNull);
     }
-    xml::Document document = Document;
-    document.SetPreserveWhiteSpace(true);
-    xml::DomWriter writer(document);
-    storyboards::WriteStoryboards(*this, writer, clear);
-    return writer.Result();
+    return xml::WriteElementIn(Document, [&](xml::Writer& writer) { storyboards::WriteStoryboards(*this, writer, clear); });
 }
 
 xml::Element StoryboardCollection::ToClearXMLElement(const xml::Document& Document) {

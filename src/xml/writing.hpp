@@ -1,7 +1,8 @@
 #pragma once
 
-// The string forms of the model's elements: the "xml" text of what a writer
-// function writes. The pugixml build writes the text directly; the Windows
+// The two ends of the model's writers: the elements that a writer function
+// writes into a caller's document, and the string forms, the "xml" text of
+// what it writes. The pugixml build writes the text directly; the Windows
 // build writes the elements into a new MSXML document and asks for their
 // "xml", so that all its XML work stays inside MSXML.
 
@@ -11,6 +12,16 @@
 #include "xml/writer.hpp"
 
 namespace quillbank::xml {
+
+// The element `write` writes, unattached, in `document`, which is first
+// switched to preserve whitespace, as every writer but the maps' does.
+template <class Write>
+Element WriteElementIn(Document document, Write&& write) {
+    document.SetPreserveWhiteSpace(true);
+    DomWriter writer(std::move(document));
+    std::forward<Write>(write)(writer);
+    return writer.Result();
+}
 
 template <class Write>
 std::string WriteString(Write&& write) {
