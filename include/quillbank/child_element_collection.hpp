@@ -38,16 +38,14 @@ public:
     void Append(const std::shared_ptr<ChildElement>& Element);
     // An Index out of range appends.
     void Insert(const std::shared_ptr<ChildElement>& Element, std::int32_t Index);
-    // Removes the element at IndexOf(Element), so an absent element removes the
-    // first.
+    // Removes the element at IndexOf(Element), so an absent element removes the first.
     void Remove(const std::shared_ptr<ChildElement>& Element);
     void RemoveAt(std::int32_t Index);
     // Drops every element; the name is kept.
     void Clear();
     // Exchanges two elements when both indexes are in range and differ.
     void Swap(std::int32_t SourceIndex, std::int32_t DestinationIndex);
-    // Moves are exchanges with the neighbour, the first, the last or the given
-    // place.
+    // Moves are exchanges with the neighbour, the first, the last or the given place.
     void MovePrevious(const std::shared_ptr<ChildElement>& Element);
     void MoveNext(const std::shared_ptr<ChildElement>& Element);
     void MoveFirst(const std::shared_ptr<ChildElement>& Element);
@@ -57,8 +55,7 @@ public:
     // A deep copy: every entry is cloned, also one that stands twice.
     std::shared_ptr<ChildElementCollection> Clone() const;
 
-    // A new "cec" element of Document, not attached anywhere, with one "ce" per
-    // entry.
+    // A new "cec" element of Document, not attached anywhere, with one "ce" per entry.
     xml::Element ToClearXMLElement(const xml::Document& Document);
     xml::Element ToXMLElement(const xml::Document& Document);
     // Reads a "cec" element. At most 32767 child nodes can be visited: with

@@ -1,5 +1,4 @@
-// LessonMapCollection: the ordered maps, the default map and the "maps"
-// element.
+// LessonMapCollection: the ordered maps, the default map and the "maps" element.
 
 #include <quillbank/lesson_map_collection.hpp>
 

@@ -1,7 +1,5 @@
 #include <quillbank/persisted_property_collection.hpp>
 
-#include <algorithm>
-
 #include <quillbank/child_element_collection.hpp>
 
 #include "frame/raise.hpp"
@@ -17,7 +15,9 @@ namespace quillbank {
 
 namespace detail {
 
-void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) { bag.store_ = std::make_unique<PropertyStore>(); }
+void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) {
+    bag.store_ = std::make_unique<PropertyStore>();
+}
 
 }  // namespace detail
 
@@ -25,44 +25,24 @@ namespace properties {
 
 namespace {
 
-// Writes the properties of one run in the order of their lower-cased names
-// (UTF-16 code units, as the names are sorted everywhere). Names in a bag
-// differ without regard to case, so the order is fully determined. A run
-// whose first name is empty is not written at all.
-void WriteSorted(const std::vector<PersistedProperty*>& run, xml::Writer& writer, bool clear) {
-    if (run.empty()) {
+// Writes the properties of one run in the order of their names (the
+// library's name order). A run whose first name is empty is not written at
+// all.
+void WriteSorted(std::vector<PersistedProperty*>& run, xml::Writer& writer, bool clear) {
+    support::SortByLowerCaseName(
+        run, [](const PersistedProperty& property) -> const std::string& { return property.NameRef(); });
+    if (run.empty() || run.front()->NameRef().empty()) {
         return;
     }
-    std::u16string keyText;
-    std::vector<std::size_t> keyEnds;
-    keyEnds.reserve(run.size());
-    for (const PersistedProperty* property : run) {
-        support::AppendLowerCaseKey(keyText, property->NameRef());
-        keyEnds.push_back(keyText.size());
-    }
-    struct Entry {
-        std::u16string_view key;
-        PersistedProperty* property;
-    };
-    std::vector<Entry> entries;
-    entries.reserve(run.size());
-    std::size_t keyStart = 0;
-    for (std::size_t i = 0; i < run.size(); ++i) {
-        entries.push_back({std::u16string_view(keyText).substr(keyStart, keyEnds[i] - keyStart), run[i]});
-        keyStart = keyEnds[i];
-    }
-    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.key < b.key; });
-    if (entries.front().property->NameRef().empty()) {
-        return;
-    }
-    for (const Entry& entry : entries) {
-        entry.property->WriteTo(writer, clear);
+    for (PersistedProperty* property : run) {
+        property->WriteTo(writer, clear);
     }
 }
 
 }  // namespace
 
-std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag, std::string_view PropertyName) {
+std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag,
+                                                std::string_view PropertyName) {
     return detail::PropertyBagAccess::Store(bag).Find(PropertyName);
 }
 
@@ -216,7 +196,8 @@ bool PersistedPropertyCollection::GetBoolean(std::string_view PropertyName, bool
     return property ? property->BooleanValue() : DefaultValue;
 }
 
-void PersistedPropertyCollection::SetBoolean(std::string_view PropertyName, bool NewValue, EncodingTypes EncodingType) {
+void PersistedPropertyCollection::SetBoolean(std::string_view PropertyName, bool NewValue,
+                                             EncodingTypes EncodingType) {
     support::RequireUtf8(PropertyName, "PersistedPropertyCollection.SetBoolean");
     SetProperty(*this, [&](PersistedProperty& p) { p.SetBoolean(PropertyName, NewValue, EncodingType); });
 }
@@ -243,7 +224,8 @@ void PersistedPropertyCollection::SetDouble(std::string_view PropertyName, doubl
     SetProperty(*this, [&](PersistedProperty& p) { p.SetDouble(PropertyName, NewValue, EncodingType); });
 }
 
-std::string PersistedPropertyCollection::GetString(std::string_view PropertyName, std::string_view DefaultValue) const {
+std::string PersistedPropertyCollection::GetString(std::string_view PropertyName,
+                                                   std::string_view DefaultValue) const {
     auto property = FindTyped(*this, PropertyName, ptString);
     return property ? property->StringValue() : std::string(DefaultValue);
 }
@@ -418,8 +400,7 @@ void PersistedPropertyCollection::FromXMLElement(const xml::Element& Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
     if (Element.Name() != "ppc") {
-        // This bag reports a wrong element as an invalid call (5), unlike the other
-        // classes.
+        // This bag reports a wrong element as an invalid call (5), unlike the other classes.
         frame::Raise(ErrInvalidCall, source, frame::NotAnElementDescription("ppc"));
     }
     name_ = support::VariantToText(Element.GetAttribute("name"), kDefaultName);

@@ -30,9 +30,9 @@ struct PropertyBagAccess {
 namespace quillbank::properties {
 
 // The property stored under the name (ignoring case), or null. Never raises.
-std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag, std::string_view PropertyName);
-// Removes any property of the same name, then appends Property under its own
-// name.
+std::shared_ptr<PersistedProperty> FindProperty(const PersistedPropertyCollection& bag,
+                                                std::string_view PropertyName);
+// Removes any property of the same name, then appends Property under its own name.
 void AddProperty(PersistedPropertyCollection& bag, std::shared_ptr<PersistedProperty> Property);
 // How many properties have exactly this encoding.
 std::int32_t CountByEncoding(const PersistedPropertyCollection& bag, std::int32_t EncodingType);

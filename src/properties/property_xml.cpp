@@ -18,7 +18,7 @@
 #include "support/conversions.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
-#include "xml/writer.hpp"
+#include "xml/writing.hpp"
 
 namespace quillbank {
 
@@ -28,32 +28,19 @@ namespace {
 // anything out of range.
 std::string_view PlainElementName(PropertyTypes type) {
     switch (type) {
-        case ptBoolean:
-            return "boolProp";
-        case ptLong:
-            return "intProp";
-        case ptDouble:
-            return "floatProp";
-        case ptString:
-            return "stringProp";
-        case ptDate:
-            return "dateProp";
-        case ptColor:
-            return "colorProp";
-        case ptFont:
-            return "fontProp";
-        case ptRectangle:
-            return "rectProp";
-        case ptAsset:
-            return "assetProp";
-        case ptLocation:
-            return "locationProp";
-        case ptPPC:
-            return "ppcProp";
-        case ptCEC:
-            return "cecProp";
-        default:
-            return {};
+        case ptBoolean: return "boolProp";
+        case ptLong: return "intProp";
+        case ptDouble: return "floatProp";
+        case ptString: return "stringProp";
+        case ptDate: return "dateProp";
+        case ptColor: return "colorProp";
+        case ptFont: return "fontProp";
+        case ptRectangle: return "rectProp";
+        case ptAsset: return "assetProp";
+        case ptLocation: return "locationProp";
+        case ptPPC: return "ppcProp";
+        case ptCEC: return "cecProp";
+        default: return {};
     }
 }
 
@@ -92,8 +79,7 @@ std::string FromStoredLines(std::string&& text) {
     return out;
 }
 
-// The first child element with exactly this name (letter case included), or
-// null.
+// The first child element with exactly this name (letter case included), or null.
 xml::Element FirstChildElementNamed(const xml::Element& parent, std::string_view name) {
     for (xml::Node child = parent.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsElement() && child.Name() == name) {
@@ -269,11 +255,12 @@ xml::Element PersistedProperty::ToClearXMLElement(const xml::Document& Document)
 
 xml::Element PersistedProperty::WriteElement(const xml::Document& Document, bool clear) {
     try {
-        xml::Document document = Document ? Document : xml::Document::Create();
-        document.SetPreserveWhiteSpace(true);
-        xml::DomWriter writer(document);
-        return WriteTo(writer, clear) ? writer.Result() : xml::Element();
+        // Nothing written leaves the writer without a result: a null element.
+        return xml::WriteElementIn(Document ? Document : xml::Document::Create(),
+                                   [&](xml::Writer& writer) { WriteTo(writer, clear); });
     } catch (const Error& error) {
+        // Only nesting past the limit gets out of WriteTo, and it is not
+        // trapped here either; a document that cannot be used means no element.
         if (error.Number() == ErrOutOfStackSpace) {
             throw;
         }

@@ -1,8 +1,7 @@
 #pragma once
 
 // What a storyboard offers the library's other classes only: setting its
-// identifier, and its short number (its position when its set was last
-// written).
+// identifier, and its short number (its position when its set was last written).
 
 #include <cstdint>
 #include <memory>

@@ -3,9 +3,11 @@
 // Case-insensitive ordering of names: texts are compared by their lower-cased
 // UTF-16 code units.
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillbank::support {
@@ -19,6 +21,34 @@ void AppendLowerCaseKey(std::u16string& out, std::string_view text);
 std::string LowerCase(std::string_view text);
 // LowerCase applied to `text` itself: without a new string when it is ASCII.
 void FoldToLowerCase(std::string& text);
+
+// Sorts `items` into ascending order of their names' lower-cased UTF-16
+// keys, where `nameOf(item)` gives an item's UTF-8 name. This is the order
+// of SortStrings whenever no two names are equal without regard to case (as
+// in a bag, whose names differ that way), since any two sorts of distinct
+// keys agree.
+template <class T, class NameOf>
+void SortByLowerCaseName(std::vector<T*>& items, NameOf nameOf) {
+    // The keys stand in one buffer; each entry holds the end of its own.
+    std::u16string keyText;
+    std::vector<std::pair<std::size_t, T*>> ends;
+    ends.reserve(items.size());
+    for (T* item : items) {
+        AppendLowerCaseKey(keyText, nameOf(*item));
+        ends.emplace_back(keyText.size(), item);
+    }
+    std::vector<std::pair<std::u16string_view, T*>> keyed;
+    keyed.reserve(items.size());
+    std::size_t start = 0;
+    for (const auto& [end, item] : ends) {
+        keyed.emplace_back(std::u16string_view(keyText).substr(start, end - start), item);
+        start = end;
+    }
+    std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < keyed.size(); ++i) {
+        items[i] = keyed[i].second;
+    }
+}
 
 // Quicksort in place into ascending order of the lower-cased texts. -1 for
 // `first` or `last` means the array's lower or upper bound.

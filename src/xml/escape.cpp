@@ -42,6 +42,23 @@ constexpr auto kAttributeTable = MakeTable(Mode::Attribute);
 constexpr auto kAsciiTextTable = MakeTable(Mode::AsciiText);
 constexpr auto kAsciiAttributeTable = MakeTable(Mode::AsciiAttribute);
 
+// What an ASCII byte that needs escaping is written as, or null when it is
+// written as it stands. In attribute values the quote and the three
+// whitespace characters become references (raw ones would read back as
+// spaces); in text a LF is written as CR LF and a TAB and a quote stay.
+constexpr const char* EscapeOf(unsigned char b, bool attribute) {
+    switch (b) {
+        case '&': return "&amp;";
+        case '<': return "&lt;";
+        case '>': return "&gt;";
+        case '"': return attribute ? "&quot;" : nullptr;
+        case '\t': return attribute ? "&#9;" : nullptr;
+        case '\r': return "&#13;";
+        case '\n': return attribute ? "&#10;" : "\r\n";
+        default: return nullptr;
+    }
+}
+
 void AppendDecimalReference(std::string& out, std::uint32_t value) {
     char digits[12];
     int count = 0;
@@ -68,34 +85,20 @@ void Append(std::string& out, std::string_view text, const std::array<bool, 256>
         }
         out.append(text.data() + runStart, pos - runStart);
         std::size_t next = pos + 1;
-        switch (b) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            case '\t': out += "&#9;"; break;
-            case '\r': out += "&#13;"; break;
-            case '\n':
-                if constexpr (mode == Mode::Text) {
-                    out += "\r\n";
-                } else {
-                    out += "&#10;";
-                }
-                break;
-            default: {
-                // A character above U+007F in an ASCII form. Text in the
-                // document model is valid UTF-8; should a byte not decode,
-                // it is written as the reference of the byte itself.
-                char32_t c = 0;
-                std::size_t at = pos;
-                if (DecodeUtf8(text, at, c)) {
-                    next = at;
-                } else {
-                    c = b;
-                }
-                AppendDecimalReference(out, static_cast<std::uint32_t>(c));
-                break;
+        if (const char* escaped = EscapeOf(b, mode == Mode::Attribute || mode == Mode::AsciiAttribute)) {
+            out += escaped;
+        } else {
+            // A character above U+007F in an ASCII form. Text in the
+            // document model is valid UTF-8; should a byte not decode,
+            // it is written as the reference of the byte itself.
+            char32_t c = 0;
+            std::size_t at = pos;
+            if (DecodeUtf8(text, at, c)) {
+                next = at;
+            } else {
+                c = b;
             }
+            AppendDecimalReference(out, static_cast<std::uint32_t>(c));
         }
         pos = next;
         runStart = pos;
@@ -170,36 +173,12 @@ void AppendChecked(std::string& out, std::string_view text) {
             }
             continue;
         }
-        const char* replacement = nullptr;
-        switch (b) {
-            case '&':
-                replacement = "&amp;";
-                break;
-            case '<':
-                replacement = "&lt;";
-                break;
-            case '>':
-                replacement = "&gt;";
-                break;
-            case '"':
-                replacement = "&quot;";
-                break;
-            case '\r':
-                replacement = "&#13;";
-                break;
-            case '\n':
-                replacement = attribute ? "&#10;" : "\r\n";
-                break;
-            case '\t':
-                replacement = attribute ? "&#9;" : nullptr;
-                break;
-            case '\0':
-                RequireDocumentText(text);
-                break;
-            default:
-                break;  // other control characters are kept
+        if (b == '\0') {
+            RequireDocumentText(text);
         }
+        const char* replacement = EscapeOf(b, attribute);
         if (replacement == nullptr) {
+            // Other control characters are kept.
             ++pos;
             continue;
         }

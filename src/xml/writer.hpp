@@ -83,9 +83,6 @@ private:
 // Writes the "xml" text of the elements directly.
 class TextWriter final : public Writer {
 public:
-    TextWriter() = default;
-    explicit TextWriter(std::size_t expectedSize) { out_.reserve(expectedSize); }
-
     void StartElement(std::string_view name) override;
     void Attribute(std::string_view name, std::string_view value) override;
     void Text(std::string_view text) override;

@@ -25,8 +25,7 @@ std::string WrittenClear(PersistedPropertyCollection& bag) {
     return bag.ToClearXMLElement(xml::Document::Create()).Xml();
 }
 
-// ---- Creation, keys and order
-// ------------------------------------------------
+// ---- Creation, keys and order ------------------------------------------------
 
 TEST(PersistedPropertyCollection, NewBagIsNamedPropertiesAndEmpty) {
     auto bag = PersistedPropertyCollection::Create();
@@ -72,7 +71,7 @@ TEST(PersistedPropertyCollection, ExistsIgnoresCase) {
 
 TEST(PersistedPropertyCollection, NonAsciiNamesMatchWithoutRegardToCase) {
     auto bag = PersistedPropertyCollection::Create();
-    bag->SetLong("\xC3\x84pfel", 1);           // Äpfel
+    bag->SetLong("\xC3\x84pfel", 1);  // Äpfel
     EXPECT_TRUE(bag->Exists("\xC3\xA4PFEL"));  // äPFEL
     bag->SetLong("\xC3\xA4pfel", 2);
     EXPECT_EQ(bag->Count(), 1);
@@ -291,8 +290,7 @@ TEST(PersistedPropertyCollection, SettersRefuseTextThatIsNotUtf8) {
     EXPECT_EQ(bag->Name(), "properties");
 }
 
-// ---- Clone
-// -------------------------------------------------------------------
+// ---- Clone -------------------------------------------------------------------
 
 TEST(PersistedPropertyCollection, CloneIsDeepAndKeepsNameAndOrder) {
     auto bag = PersistedPropertyCollection::Create();
@@ -323,8 +321,7 @@ TEST(PersistedPropertyCollection, CloneTurnsANullNestedBagIntoANamelessUntypedPr
     EXPECT_FALSE(copy->Exists("b"));
 }
 
-// ---- Internal operations
-// -------------------------------------------------------
+// ---- Internal operations -------------------------------------------------------
 
 TEST(PersistedPropertyCollection, FindPropertyAndAddPropertyWorkByName) {
     auto bag = PersistedPropertyCollection::Create();
@@ -365,8 +362,7 @@ TEST(PersistedPropertyCollection, PropertyElementsCanBeWrittenUnderAnyParent) {
     EXPECT_EQ(other->Name(), "properties");
 }
 
-// ---- The ppc element
-// -----------------------------------------------------------
+// ---- The ppc element -----------------------------------------------------------
 
 TEST(PersistedPropertyCollection, NormalFormWritesPlainSortedThenEncodedSorted) {
     auto bag = PersistedPropertyCollection::Create();
@@ -522,13 +518,12 @@ TEST(PersistedPropertyCollection, StringReaderChecksTheRootElement) {
     EXPECT_EQ(bag->Count(), 1);
 }
 
-// ---- Failure table
-// -------------------------------------------------------------
+// ---- Failure table -------------------------------------------------------------
 
 TEST(PersistedPropertyCollectionErrors, ToClearXMLElementWithNullDocument) {
     auto bag = PersistedPropertyCollection::Create();
-    ExpectError([&] { bag->ToClearXMLElement(xml::Document()); }, 94, "PersistedPropertyCollection.ToClearXMLElement",
-                "Document cannot be null");
+    ExpectError([&] { bag->ToClearXMLElement(xml::Document()); }, 94,
+                "PersistedPropertyCollection.ToClearXMLElement", "Document cannot be null");
 }
 
 TEST(PersistedPropertyCollectionErrors, ToXMLElementWithNullDocument) {
@@ -564,8 +559,7 @@ TEST(PersistedPropertyCollectionErrors, FromXMLStringThatFailsToLoad) {
     EXPECT_EQ(-2147220503, static_cast<std::int32_t>(0x800403E9u));
 }
 
-// ---- Size
-// --------------------------------------------------------------------
+// ---- Size --------------------------------------------------------------------
 
 TEST(PersistedPropertyCollection, LargeBagKeepsOrderThroughReplacementsAndRemovals) {
     auto bag = PersistedPropertyCollection::Create();

@@ -37,6 +37,27 @@ TEST(SortStrings, LowerCasesBeyondAscii) {
     EXPECT_EQ(names, (Names{"zebra", "\xC3\xA4pfel", "\xC3\x84rger"}));
 }
 
+TEST(SortByLowerCaseName, GivesTheOrderOfSortStringsForNamesDistinctWithoutCase) {
+    // Mixed case, non-ASCII letters, surrogate pairs and an empty name.
+    Names names{"delta", "\xC3\x84rger", "Alpha", "", "\xEF\xBD\x9E", "\xF0\x9F\x98\x80", "_x", "beta", "\xC3\xA4pfeL"};
+    std::mt19937 random(7);
+    for (int round = 0; round < 20; ++round) {
+        std::shuffle(names.begin(), names.end(), random);
+        std::vector<const std::string*> items;
+        for (const std::string& name : names) {
+            items.push_back(&name);
+        }
+        SortByLowerCaseName(items, [](const std::string& name) -> const std::string& { return name; });
+        Names sorted;
+        for (const std::string* item : items) {
+            sorted.push_back(*item);
+        }
+        Names expected = names;
+        SortStrings(expected);
+        EXPECT_EQ(sorted, expected);
+    }
+}
+
 TEST(SortStrings, MinusOneMeansTheBounds) {
     Names names{"d", "c", "b", "a"};
     SortStrings(names, -1, -1);
