@@ -2,12 +2,13 @@
 
 // The set of a lesson's storyboards, keyed by identifier, with a current storyboard.
 
+#include <cstddef>
 #include <cstdint>
-#include <list>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include <quillbank/storyboard.hpp>
 #include <quillbank/variant.hpp>
@@ -21,11 +22,50 @@ namespace quillbank {
 // current storyboard need not be a member. Lookups of unknown identifiers
 // give null, never an error.
 class StoryboardCollection {
+    struct Entry {
+        std::shared_ptr<Storyboard> storyboard;  // null for a removed entry
+        std::size_t hash = 0;                    // of the key
+        std::size_t keyStart = 0;                // where the key stands in keys_
+        std::size_t keyLength = 0;
+    };
+
 public:
-    using Storage = std::list<std::shared_ptr<Storyboard>>;
     // Iterates the storyboards in order. Adding or removing entries while
     // iterating invalidates the iterators.
-    using const_iterator = Storage::const_iterator;
+    class const_iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = std::shared_ptr<Storyboard>;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const value_type*;
+        using reference = const value_type&;
+
+        const_iterator() = default;
+        reference operator*() const { return at_->storyboard; }
+        pointer operator->() const { return &at_->storyboard; }
+        const_iterator& operator++() {
+            ++at_;
+            SkipRemoved();
+            return *this;
+        }
+        const_iterator operator++(int) {
+            const_iterator before = *this;
+            ++*this;
+            return before;
+        }
+        friend bool operator==(const const_iterator& a, const const_iterator& b) { return a.at_ == b.at_; }
+
+    private:
+        friend class StoryboardCollection;
+        const_iterator(const Entry* at, const Entry* end) : at_(at), end_(end) { SkipRemoved(); }
+        void SkipRemoved() {
+            while (at_ != end_ && !at_->storyboard) {
+                ++at_;
+            }
+        }
+        const Entry* at_ = nullptr;
+        const Entry* end_ = nullptr;
+    };
     using iterator = const_iterator;
 
     static std::shared_ptr<StoryboardCollection> Create();
@@ -50,8 +90,10 @@ public:
     // The storyboard under SBID, or null.
     std::shared_ptr<Storyboard> Item(std::string_view SBID) const;
 
-    const_iterator begin() const noexcept { return entries_.begin(); }
-    const_iterator end() const noexcept { return entries_.end(); }
+    const_iterator begin() const noexcept { return const_iterator(entries_.data(), entries_.data() + entries_.size()); }
+    const_iterator end() const noexcept {
+        return const_iterator(entries_.data() + entries_.size(), entries_.data() + entries_.size());
+    }
 
     // Removes the entry under SBID (unknown identifiers are ignored); when
     // the current storyboard's identifier is exactly SBID it is cleared first.
@@ -85,11 +127,34 @@ public:
 private:
     StoryboardCollection();
     xml::Element WriteElement(const xml::Document& Document, bool clear);
-    void Append(std::string key, const std::shared_ptr<Storyboard>& SB);
-    bool EraseKey(const std::string& key);
 
-    Storage entries_;
-    std::unordered_map<std::string, Storage::iterator> index_;
+    static constexpr std::uint32_t kFree = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kRemoved = 0xFFFFFFFEu;
+
+    // The position in entries_ of the entry under the key of SBID (hashed to
+    // `hash`), or kFree when there is none.
+    std::uint32_t Locate(std::string_view SBID, std::size_t hash) const;
+    // Appends SB under the key of SBID; no entry may have that key yet.
+    void Append(std::string_view SBID, std::size_t hash, const std::shared_ptr<Storyboard>& SB);
+    // Removes the entry at `position`, leaving a gap in entries_.
+    void Erase(std::uint32_t position);
+    void EraseKey(std::string_view SBID);
+    void InsertIntoTable(std::uint32_t position);
+    // Closes the gaps and makes a table with room for `room` entries.
+    void Rebuild(std::size_t room);
+
+    // The entries in order, with gaps where entries were removed, and an
+    // open-addressing table of their positions. The keys (identifiers folded
+    // to lower case) stand one after another in one string, so that a lookup
+    // touches the table, the entry and the key, and nothing else.
+    std::vector<Entry> entries_;
+    struct Slot {
+        std::uint32_t position = kFree;
+        std::uint32_t tag = 0;  // the high half of the hash, so that most misses never touch an entry
+    };
+    std::vector<Slot> table_;
+    std::string keys_;
+    std::size_t live_ = 0;
     std::shared_ptr<Storyboard> current_;
 };
 

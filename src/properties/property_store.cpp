@@ -3,43 +3,14 @@
 #include <functional>
 #include <utility>
 
-#include "support/sort.hpp"
+#include "support/folded_keys.hpp"
 
 namespace quillbank::detail {
 
 namespace {
 
-std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>{}(key); }
-
-bool IsAscii(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
-char LowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
-
-// Whether `name` folds to `key` (a name folded to lower case already).
-bool FoldsTo(std::string_view name, std::string_view key) {
-    if (IsAscii(name)) {
-        if (name.size() != key.size()) {
-            return false;
-        }
-        for (std::size_t i = 0; i < name.size(); ++i) {
-            if (LowerAscii(name[i]) != key[i]) {
-                return false;
-            }
-        }
-        return true;
-    }
-    return support::LowerCase(name) == key;
-}
-
-bool Matches(const std::shared_ptr<PersistedProperty>& property, std::string_view key) {
-    return property && FoldsTo(property->NameRef(), key);
+bool Matches(const std::shared_ptr<PersistedProperty>& property, std::string_view name) {
+    return property && support::SameFolded(property->NameRef(), name);
 }
 
 std::size_t TableSizeFor(std::size_t entries) {
@@ -60,15 +31,13 @@ void PropertyStore::Reserve(std::size_t count) {
 }
 
 std::shared_ptr<PersistedProperty> PropertyStore::Find(std::string_view name) const {
-    const std::string key = support::LowerCase(name);
-    const std::uint32_t position = Locate(key, HashOf(key));
+    const std::uint32_t position = Locate(name, support::FoldedHash(name));
     return position == kFree ? nullptr : entries_[position].property;
 }
 
 void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
-    const std::string key = support::LowerCase(property->NameRef());
-    const std::size_t hash = HashOf(key);
-    if (const std::uint32_t old = Locate(key, hash); old != kFree) {
+    const std::size_t hash = support::FoldedHash(property->NameRef());
+    if (const std::uint32_t old = Locate(property->NameRef(), hash); old != kFree) {
         Erase(old);
     }
     const bool full = table_.empty() ? entries_.size() + 1 > kLinearLimit : (entries_.size() + 1) * 2 > table_.size();
@@ -83,17 +52,16 @@ void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
 }
 
 void PropertyStore::Remove(std::string_view name) {
-    const std::string key = support::LowerCase(name);
-    if (const std::uint32_t position = Locate(key, HashOf(key)); position != kFree) {
+    if (const std::uint32_t position = Locate(name, support::FoldedHash(name)); position != kFree) {
         Erase(position);
     }
 }
 
-std::uint32_t PropertyStore::Locate(std::string_view key, std::size_t hash) const {
+std::uint32_t PropertyStore::Locate(std::string_view name, std::size_t hash) const {
     if (table_.empty()) {
         for (std::size_t i = 0; i < entries_.size(); ++i) {
             const Entry& entry = entries_[i];
-            if (entry.hash == hash && Matches(entry.property, key)) {
+            if (entry.hash == hash && Matches(entry.property, name)) {
                 return static_cast<std::uint32_t>(i);
             }
         }
@@ -105,7 +73,7 @@ std::uint32_t PropertyStore::Locate(std::string_view key, std::size_t hash) cons
         if (position == kFree) {
             return kFree;
         }
-        if (position != kRemoved && entries_[position].hash == hash && Matches(entries_[position].property, key)) {
+        if (position != kRemoved && entries_[position].hash == hash && Matches(entries_[position].property, name)) {
             return position;
         }
     }

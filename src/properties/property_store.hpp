@@ -94,8 +94,9 @@ private:
     // Up to this many entries the array is searched without a table.
     static constexpr std::size_t kLinearLimit = 8;
 
-    // The array position of the key, or kFree when it is absent.
-    std::uint32_t Locate(std::string_view key, std::size_t hash) const;
+    // The array position of the property whose name has the key of `name`
+    // (hashed to `hash`), or kFree when there is none.
+    std::uint32_t Locate(std::string_view name, std::size_t hash) const;
     void Erase(std::uint32_t position);
     void InsertIntoTable(std::uint32_t position);
     // Squeezes out the gaps and rebuilds the table for at least `room` entries.

@@ -5,6 +5,7 @@
 
 #include "frame/raise.hpp"
 #include "storyboards/storyboard_access.hpp"
+#include "support/folded_keys.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
@@ -20,7 +21,15 @@ constexpr std::int32_t kLastVisitablePosition = 32767;
 // Both writers report failures under the normal writer's name, spelt so.
 constexpr const char* kWriterSource = "StoryboardtCollection.ToXMLElement";
 
-std::string KeyOf(std::string_view SBID) { return support::LowerCase(SBID); }
+std::uint32_t TagOf(std::size_t hash) { return static_cast<std::uint32_t>(static_cast<std::uint64_t>(hash) >> 32); }
+
+std::size_t TableSizeFor(std::size_t entries) {
+    std::size_t size = 16;
+    while (size < entries * 2) {
+        size *= 2;
+    }
+    return size;
+}
 
 // The storyboards of a collection at this moment, so that a collection can
 // be merged with or subtracted from itself.
@@ -47,19 +56,92 @@ void StoryboardCollection::SetCurrentSBID(std::string_view NewValue) {
     current_ = NewValue.empty() ? nullptr : Item(NewValue);
 }
 
-void StoryboardCollection::Append(std::string key, const std::shared_ptr<Storyboard>& SB) {
-    auto position = entries_.insert(entries_.end(), SB);
-    index_.emplace(std::move(key), position);
+std::uint32_t StoryboardCollection::Locate(std::string_view SBID, std::size_t hash) const {
+    if (table_.empty()) {
+        return kFree;
+    }
+    const std::size_t mask = table_.size() - 1;
+    const std::uint32_t tag = TagOf(hash);
+    for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+        const std::uint32_t position = table_[slot].position;
+        if (position == kFree) {
+            return kFree;
+        }
+        if (position != kRemoved && table_[slot].tag == tag) {
+            const Entry& entry = entries_[position];
+            if (entry.hash == hash &&
+                support::FoldsTo(SBID, std::string_view(keys_).substr(entry.keyStart, entry.keyLength))) {
+                return position;
+            }
+        }
+    }
 }
 
-bool StoryboardCollection::EraseKey(const std::string& key) {
-    auto found = index_.find(key);
-    if (found == index_.end()) {
-        return false;
+void StoryboardCollection::Append(std::string_view SBID, std::size_t hash, const std::shared_ptr<Storyboard>& SB) {
+    if ((entries_.size() + 1) * 2 > table_.size()) {
+        Rebuild(live_ + 1);
     }
-    entries_.erase(found->second);
-    index_.erase(found);
-    return true;
+    const std::size_t keyStart = keys_.size();
+    keys_ += support::LowerCase(SBID);
+    entries_.push_back(Entry{SB, hash, keyStart, keys_.size() - keyStart});
+    ++live_;
+    InsertIntoTable(static_cast<std::uint32_t>(entries_.size() - 1));
+}
+
+void StoryboardCollection::Erase(std::uint32_t position) {
+    Entry& entry = entries_[position];
+    const std::size_t mask = table_.size() - 1;
+    std::size_t slot = entry.hash & mask;
+    while (table_[slot].position != position) {
+        slot = (slot + 1) & mask;
+    }
+    table_[slot].position = kRemoved;
+    // Taken out before it is released, so that the collection is whole again
+    // whatever the storyboard's release does.
+    std::shared_ptr<Storyboard> released = std::move(entry.storyboard);
+    --live_;
+    const std::size_t gaps = entries_.size() - live_;
+    if (gaps > live_ && gaps > 16) {
+        Rebuild(live_);
+    }
+}
+
+void StoryboardCollection::EraseKey(std::string_view SBID) {
+    if (const std::uint32_t position = Locate(SBID, support::FoldedHash(SBID)); position != kFree) {
+        Erase(position);
+    }
+}
+
+void StoryboardCollection::InsertIntoTable(std::uint32_t position) {
+    const std::size_t mask = table_.size() - 1;
+    const std::size_t hash = entries_[position].hash;
+    std::size_t slot = hash & mask;
+    while (table_[slot].position != kFree && table_[slot].position != kRemoved) {
+        slot = (slot + 1) & mask;
+    }
+    table_[slot] = Slot{position, TagOf(hash)};
+}
+
+void StoryboardCollection::Rebuild(std::size_t room) {
+    if (live_ != entries_.size()) {
+        std::vector<Entry> kept;
+        kept.reserve(room > live_ ? room : live_);
+        std::string keptKeys;
+        for (Entry& entry : entries_) {
+            if (entry.storyboard) {
+                const std::size_t keyStart = keptKeys.size();
+                keptKeys.append(keys_, entry.keyStart, entry.keyLength);
+                entry.keyStart = keyStart;
+                kept.push_back(std::move(entry));
+            }
+        }
+        entries_ = std::move(kept);
+        keys_ = std::move(keptKeys);
+    }
+    table_.assign(TableSizeFor(room > live_ ? room : live_), Slot{});
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        InsertIntoTable(static_cast<std::uint32_t>(i));
+    }
 }
 
 std::shared_ptr<Storyboard> StoryboardCollection::Add(const std::shared_ptr<Storyboard>& SB) {
@@ -67,30 +149,29 @@ std::shared_ptr<Storyboard> StoryboardCollection::Add(const std::shared_ptr<Stor
         return nullptr;
     }
     const std::string& sbid = detail::StoryboardAccess::SBIDRef(*SB);
-    std::string key = KeyOf(sbid);
-    auto found = index_.find(key);
-    if (found != index_.end()) {
+    const std::size_t hash = support::FoldedHash(sbid);
+    if (const std::uint32_t old = Locate(sbid, hash); old != kFree) {
         // The existing entry goes as Remove takes it (the current storyboard
         // is dropped when its identifier is exactly this one), and the new
         // one is appended under the same key.
         if (current_ && current_->SBID() == sbid) {
             current_ = nullptr;
         }
-        entries_.erase(found->second);
-        found->second = entries_.insert(entries_.end(), SB);
-        return SB;
+        Erase(old);
     }
-    index_.emplace(std::move(key), entries_.insert(entries_.end(), SB));
+    Append(sbid, hash, SB);
     return SB;
 }
 
-bool StoryboardCollection::Contains(std::string_view SBID) const { return index_.contains(KeyOf(SBID)); }
+bool StoryboardCollection::Contains(std::string_view SBID) const {
+    return Locate(SBID, support::FoldedHash(SBID)) != kFree;
+}
 
-std::int32_t StoryboardCollection::Count() const { return static_cast<std::int32_t>(index_.size()); }
+std::int32_t StoryboardCollection::Count() const { return static_cast<std::int32_t>(live_); }
 
 std::shared_ptr<Storyboard> StoryboardCollection::Item(std::string_view SBID) const {
-    auto found = index_.find(KeyOf(SBID));
-    return found == index_.end() ? nullptr : *found->second;
+    const std::uint32_t position = Locate(SBID, support::FoldedHash(SBID));
+    return position == kFree ? nullptr : entries_[position].storyboard;
 }
 
 void StoryboardCollection::Remove(std::string_view SBID) {
@@ -99,12 +180,16 @@ void StoryboardCollection::Remove(std::string_view SBID) {
     if (current_ && current_->SBID() == SBID) {
         current_ = nullptr;
     }
-    EraseKey(KeyOf(SBID));
+    EraseKey(SBID);
 }
 
 Variant StoryboardCollection::Clear() {
+    // Emptied before the storyboards are released.
+    std::vector<Entry> released = std::move(entries_);
     entries_.clear();
-    index_.clear();
+    table_.clear();
+    keys_.clear();
+    live_ = 0;
     current_ = nullptr;
     return Variant();
 }
@@ -114,7 +199,7 @@ void StoryboardCollection::RemoveCollection(const std::shared_ptr<StoryboardColl
         return;
     }
     for (const auto& sb : Snapshot(*Storyboards)) {
-        EraseKey(KeyOf(detail::StoryboardAccess::SBIDRef(*sb)));
+        EraseKey(detail::StoryboardAccess::SBIDRef(*sb));
     }
 }
 
@@ -124,19 +209,22 @@ void StoryboardCollection::AddCollection(const std::shared_ptr<StoryboardCollect
         return;
     }
     for (const auto& sb : Snapshot(*Storyboards)) {
-        std::string key = KeyOf(detail::StoryboardAccess::SBIDRef(*sb));
-        if (OverwriteExisting) {
-            EraseKey(key);
+        const std::string& sbid = detail::StoryboardAccess::SBIDRef(*sb);
+        const std::size_t hash = support::FoldedHash(sbid);
+        std::uint32_t existing = Locate(sbid, hash);
+        if (OverwriteExisting && existing != kFree) {
+            Erase(existing);
+            existing = kFree;
         }
-        if (!index_.contains(key)) {
-            Append(std::move(key), sb);
+        if (existing == kFree) {
+            Append(sbid, hash, sb);
         }
     }
 }
 
 std::shared_ptr<StoryboardCollection> StoryboardCollection::Clone(bool CloneStoryboards) const {
     auto copy = Create();
-    for (const auto& sb : entries_) {
+    for (const auto& sb : *this) {
         copy->Add(CloneStoryboards ? sb->Clone() : sb);
     }
     const std::string currentSBID = CurrentSBID();
@@ -186,7 +274,8 @@ void StoryboardCollection::FromXMLElement(const xml::Element& Element) {
     if (nodeCount - 1 > kLastVisitablePosition) {
         frame::Raise(ErrOverflow, source, frame::kOverflow);
     }
-    index_.reserve(static_cast<std::size_t>(nodeCount));
+    Rebuild(static_cast<std::size_t>(nodeCount));
+    entries_.reserve(static_cast<std::size_t>(nodeCount));
     for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsElement() && child.Name() == "storyboard") {
             Add(detail::StoryboardAccess::CreateFromElement(child.AsElement()));

@@ -47,7 +47,9 @@ void Untrack(void* p) {
     }
 }
 
-void* Allocate(std::size_t size) {
+// Kept out of line: seen inline through the replaced operators, GCC would
+// take a free() of memory from operator new for a mismatched pair.
+[[gnu::noinline]] void* Allocate(std::size_t size) {
     if (!Admit()) {
         return nullptr;
     }
@@ -56,7 +58,7 @@ void* Allocate(std::size_t size) {
     return p;
 }
 
-void Release(void* p) {
+[[gnu::noinline]] void Release(void* p) {
     Untrack(p);
     std::free(p);
 }

@@ -510,6 +510,28 @@ TEST(StoryboardCollection, ManyStoryboardsAreKeptInOrderAndFoundByIdentifier) {
     EXPECT_EQ(coll->Item(sbs[19999]->SBID()), sbs[19999]);
 }
 
+TEST(StoryboardCollection, EntriesLeftAfterManyRemovalsAreFoundInAnyLetterCase) {
+    auto coll = StoryboardCollection::Create();
+    for (int i = 0; i < 300; ++i) {
+        coll->Add(WithSBID("Board-" + std::to_string(i)));
+    }
+    for (int i = 0; i < 300; ++i) {
+        if (i % 10 != 0) {
+            coll->Remove("BOARD-" + std::to_string(i));
+        }
+    }
+    ASSERT_EQ(coll->Count(), 30);
+    for (int i = 0; i < 300; ++i) {
+        EXPECT_EQ(coll->Contains("board-" + std::to_string(i)), i % 10 == 0) << i;
+    }
+    // Added again, a removed identifier goes to the end.
+    coll->Add(WithSBID("board-7"));
+    EXPECT_EQ(Ids(*coll).back(), "board-7");
+    EXPECT_EQ(coll->Item("BOARD-7")->SBID(), "board-7");
+    EXPECT_EQ(Ids(*coll).front(), "Board-0");
+    EXPECT_EQ(coll->Count(), 31);
+}
+
 // Failure table.
 TEST(StoryboardCollectionFailures, ToClearXMLElementNullDocument) {
     EXPECT_RAISES(StoryboardCollection::Create()->ToClearXMLElement(xml::Document()), 94,
