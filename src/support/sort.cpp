@@ -8,6 +8,7 @@
 
 #include <utility>
 
+#include "support/ascii_folding.hpp"
 #include "support/text.hpp"
 
 namespace quillbank::support {
@@ -44,11 +45,9 @@ std::u16string LowerCaseKey(std::string_view text) {
 }
 
 void AppendLowerCaseKey(std::u16string& out, std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            out += LowerCaseKey(text);
-            return;
-        }
+    if (!ascii::IsAscii(text)) {
+        out += LowerCaseKey(text);
+        return;
     }
     const std::size_t start = out.size();
     out.resize(start + text.size());
@@ -58,37 +57,18 @@ void AppendLowerCaseKey(std::u16string& out, std::string_view text) {
     }
 }
 
-namespace {
-
-bool IsAscii(std::string_view text) {
-    for (char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
-void LowerAsciiInPlace(std::string& text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-    }
-}
-
-}  // namespace
-
 std::string LowerCase(std::string_view text) {
-    if (IsAscii(text)) {
-        std::string out(text);
-        LowerAsciiInPlace(out);
+    if (ascii::IsAscii(text)) {
+        std::string out(text.size(), '\0');
+        ascii::LowerTo(text, out.data());
         return out;
     }
     return Utf16ToUtf8(LowerCaseKey(text));
 }
 
 void FoldToLowerCase(std::string& text) {
-    if (IsAscii(text)) {
-        LowerAsciiInPlace(text);
+    if (ascii::IsAscii(text)) {
+        ascii::LowerTo(text, text.data());
     } else {
         text = Utf16ToUtf8(LowerCaseKey(text));
     }

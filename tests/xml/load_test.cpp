@@ -88,6 +88,27 @@ TEST(XmlLoad, InvalidUtf8Fails) {
     EXPECT_FALSE(Loads("<r><!--\xF5\x80\x80\x80--></r>"));
 }
 
+TEST(XmlLoad, AControlCharacterOtherThanTabAndLineBreaksFailsWhereverItStands) {
+    // Lessons are loaded as given first and stripped of such characters only
+    // when that fails, so no place in a text may let one through.
+    const char* const places[] = {
+        "@<r/>",         "<r/>@",          "<r>@</r>",           "<r a=\"@\"/>",      "<r a='@'/>",
+        "<r@/>",         "<r a@=\"v\"/>",  "<r></r@>",           "<r><!--@--></r>",   "<r><![CDATA[@]]></r>",
+        "<r><?p @?></r>", "<?xml@?><r/>",   "<!DOCTYPE r@><r/>", "<!DOCTYPE r [@]><r/>", "<r>&@;</r>",
+        "<r>&#@;</r>",   "<r a=\"&@\"/>",
+    };
+    for (int code = 0; code < 26; ++code) {
+        if (code == 9 || code == 10 || code == 13) {
+            continue;
+        }
+        for (const std::string place : places) {
+            std::string text = place;
+            text[text.find('@')] = static_cast<char>(code);
+            EXPECT_FALSE(Loads(text)) << "character " << code << " in " << place;
+        }
+    }
+}
+
 TEST(XmlLoad, NulAndControlCharactersFail) {
     EXPECT_FALSE(Loads(std::string("<r>a\0b</r>", 10)));
     EXPECT_FALSE(Loads("<r>\x01</r>"));

@@ -257,6 +257,24 @@ TEST(XmlTree, AttributesDistinguishAbsentFromEmpty) {
     EXPECT_EQ(e.AttributeCount(), 0);
 }
 
+TEST(XmlTree, AttributesAreFoundByTheirWholeNameWhateverItsLength) {
+    Document doc = Document::Create();
+    Element e = doc.CreateElement("e");
+    const std::string longName(200, 'n');
+    e.SetAttribute("name", "short");
+    e.SetAttribute(longName, "long");
+    e.SetAttribute(longName + "x", "longer");
+    EXPECT_EQ(e.GetAttribute("name"), "short");
+    EXPECT_EQ(e.GetAttribute(longName), "long");
+    EXPECT_EQ(e.GetAttribute(longName + "x"), "longer");
+    EXPECT_EQ(e.GetAttribute(longName.substr(1)), std::nullopt);
+    EXPECT_EQ(e.GetAttribute("nam"), std::nullopt);
+    EXPECT_EQ(e.GetAttribute("names"), std::nullopt);
+    // A name holding a NUL is no stored name, also when the part before it is.
+    EXPECT_EQ(e.GetAttribute(std::string("name\0x", 6)), std::nullopt);
+    EXPECT_FALSE(e.HasAttribute(std::string("name\0", 5)));
+}
+
 TEST(XmlTree, InvalidNamesAreRefused) {
     Document doc = Document::Create();
     ExpectDomError([&] { doc.CreateElement(""); });
