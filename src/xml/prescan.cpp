@@ -45,8 +45,24 @@ constexpr ByteClass kTagBytes = MakeClass("<>&/\"'");
 constexpr ByteClass kQuotedBytes = MakeClass("<&\"'");
 constexpr ByteClass kEndTagBytes = MakeClass("<>&\"'");
 
-// The position of the first byte at or after `p` that the class marks, or `size`.
-inline std::size_t FindMarked(const char* data, std::size_t p, std::size_t size, const ByteClass& bytes) {
+// The bytes that end an attribute name when it is read backwards from its '='.
+constexpr std::array<bool, 256> MakeNameStops() {
+    std::array<bool, 256> stops{};
+    for (const char c : {' ', '\t', '\n', '\r', '"', '\''}) {
+        stops[static_cast<unsigned char>(c)] = true;
+    }
+    return stops;
+}
+
+constexpr std::array<bool, 256> kNameStops = MakeNameStops();
+
+bool IsNameStop(char c) { return kNameStops[static_cast<unsigned char>(c)]; }
+
+// The position of the first byte at or after `p` that the class marks, or
+// `size`. The class is a template argument, so that its specials are
+// constants of the loop.
+template <const ByteClass& bytes>
+inline std::size_t FindMarked(const char* data, std::size_t p, std::size_t size) {
 #ifdef QUILLBANK_PRESCAN_SSE2
     // As signed bytes, everything below 0x20 and everything above 0x7F
     // compares less than 0x20: one comparison finds both.
@@ -118,12 +134,15 @@ private:
         return DecodeUtf8(t_, p_, c) && IsXmlChar(c);
     }
 
-    void SkipPlain(const ByteClass& bytes) { p_ = FindMarked(t_.data(), p_, t_.size(), bytes); }
+    template <const ByteClass& bytes>
+    void SkipPlain() {
+        p_ = FindMarked<bytes>(t_.data(), p_, t_.size());
+    }
 
     // Character data between tags, up to the next '<'.
     bool Content() {
         while (p_ < t_.size()) {
-            SkipPlain(kContentBytes);
+            SkipPlain<kContentBytes>();
             if (p_ >= t_.size()) {
                 return true;
             }
@@ -343,7 +362,7 @@ private:
         const std::size_t tagStart = p_;
         names_.clear();
         while (p_ < t_.size()) {
-            SkipPlain(kTagBytes);
+            SkipPlain<kTagBytes>();
             if (p_ >= t_.size()) {
                 return false;
             }
@@ -389,7 +408,7 @@ private:
             --end;
         }
         std::size_t begin = end;
-        while (begin > tagStart && !IsXmlWhitespace(t_[begin - 1]) && t_[begin - 1] != '"' && t_[begin - 1] != '\'') {
+        while (begin > tagStart && !IsNameStop(t_[begin - 1])) {
             --begin;
         }
         const std::string_view name = t_.substr(begin, end - begin);
@@ -416,7 +435,7 @@ private:
 
     bool AttributeValue(char quote) {
         while (p_ < t_.size()) {
-            SkipPlain(kQuotedBytes);
+            SkipPlain<kQuotedBytes>();
             if (p_ >= t_.size()) {
                 return false;
             }
@@ -441,7 +460,7 @@ private:
 
     bool EndTag() {
         while (p_ < t_.size()) {
-            SkipPlain(kEndTagBytes);
+            SkipPlain<kEndTagBytes>();
             if (p_ >= t_.size()) {
                 return false;
             }
