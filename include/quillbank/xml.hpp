@@ -149,9 +149,10 @@ public:
     // Parses `text` as a document of its own (the rules of LoadXML, for a
     // new document that does not preserve whitespace) and returns its root
     // element, unattached, or null when the text does not load. This
-    // document's content does not change, but it may give the result its
-    // storage, so that a short-lived parse costs no document of its own; the
-    // element lives as long as any handle to it.
+    // document's content does not change: the element belongs to a private
+    // document of its own, which lives as long as any handle to the element
+    // or its nodes, so that a short-lived parse gives its memory back as soon
+    // as it is no longer used.
     Element ParseRootElement(std::string_view text);
 
     // The root element, or null.

@@ -81,6 +81,21 @@ TEST(XmlParseRootElement, TheResultOutlivesEveryOtherHandle) {
     EXPECT_EQ(kept.FirstChild().Name(), "b");
 }
 
+TEST(XmlParseRootElement, TheResultBelongsToAPrivateDocument) {
+    Document host = Loaded("<lesson/>");
+    const Element parsed = host.ParseRootElement("<a><b/></a>");
+    ASSERT_TRUE(parsed);
+    const Document own = parsed.OwnerDocument();
+    ASSERT_TRUE(own);
+    EXPECT_FALSE(own == host);
+    EXPECT_TRUE(parsed.FirstChild().OwnerDocument() == own);
+    // Unattached there too: the private document has no root element.
+    EXPECT_FALSE(parsed.Parent());
+    EXPECT_FALSE(own.DocumentElement());
+    // A later parse has a document of its own again.
+    EXPECT_FALSE(host.ParseRootElement("<c/>").OwnerDocument() == own);
+}
+
 TEST(XmlParseRootElement, ANullDocumentRaises) {
     const Error error = testing::CaughtError([] { (void)Document().ParseRootElement("<a/>"); });
     EXPECT_EQ(error.Number(), ErrXmlDom);

@@ -70,33 +70,24 @@ bool Document::LoadXML(std::string_view text) {
 }
 
 Element Document::ParseRootElement(std::string_view text) {
-    DocumentImpl& impl = Require(impl_);
-    if (text.find("<!DOCTYPE") != std::string_view::npos) {
-        // Only a document parse steps over a document type declaration.
-        Document scratch = Create();
-        if (!scratch.LoadXML(text)) {
-            return Element();
-        }
-        const Element root = scratch.DocumentElement();
-        scratch.AsNode().RemoveChild(root);
-        return root;
+    Require(impl_);
+    // The parse gets a document of its own, which goes with the last handle
+    // to the element: a short-lived parse gives its memory back at once
+    // instead of growing this document until it goes.
+    auto parsed = std::make_unique<pugi::xml_document>();
+    if (!detail::ParseXmlText(*parsed, text, false)) {
+        return Element();
     }
-    // The parse lands in a holder among the unattached nodes; the root
-    // element stays there, unattached, and the rest goes with the holder.
-    pugi::xml_node limbo = impl.Limbo();
-    const pugi::xml_node holder = limbo.append_child(pugi::node_element);
-    impl.TreeChanged();
-    pugi::xml_node root;
-    if (detail::ParseXmlTextInto(holder, text)) {
-        for (pugi::xml_node n = holder.first_child(); n; n = n.next_sibling()) {
-            if (n.type() == pugi::node_element) {
-                root = limbo.append_move(n);
-                break;
-            }
+    auto own = std::make_shared<DocumentImpl>(std::move(parsed));
+    for (pugi::xml_node n = detail::VisibleFirstChild(own->Current()); n; n = n.next_sibling()) {
+        if (n.type() == pugi::node_element) {
+            // Unattached, as the result of a parse that is not a load.
+            own->Limbo().append_move(n);
+            own->TreeChanged();
+            return DocumentImpl::MakeElement(own, n);
         }
     }
-    limbo.remove_child(holder);
-    return DocumentImpl::MakeElement(impl_, root);
+    return Element();
 }
 
 Element Document::DocumentElement() const {

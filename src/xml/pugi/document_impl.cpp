@@ -39,6 +39,8 @@ pugi::xml_node VisiblePreviousSibling(pugi::xml_node node) {
 
 DocumentImpl::DocumentImpl() { StartGeneration(std::make_unique<pugi::xml_document>()); }
 
+DocumentImpl::DocumentImpl(std::unique_ptr<pugi::xml_document> parsed) { StartGeneration(std::move(parsed)); }
+
 void DocumentImpl::StartGeneration(std::unique_ptr<pugi::xml_document> document) {
     document->prepend_child(pugi::node_element);
     generations_.push_back(std::move(document));

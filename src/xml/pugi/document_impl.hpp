@@ -49,6 +49,8 @@ pugi::xml_node VisiblePreviousSibling(pugi::xml_node node);
 class DocumentImpl {
 public:
     DocumentImpl();
+    // A document whose content is `parsed`.
+    explicit DocumentImpl(std::unique_ptr<pugi::xml_document> parsed);
 
     // The pugixml document of the current content.
     pugi::xml_document& Current() { return *generations_.back(); }

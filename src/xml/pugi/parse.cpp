@@ -97,25 +97,3 @@ bool ParseXmlText(pugi::xml_document& document, std::string_view text, bool pres
 }
 
 }  // namespace quillbank::xml::detail
-
-namespace quillbank::xml::detail {
-
-bool ParseXmlTextInto(pugi::xml_node holder, std::string_view text) {
-    const PrescanResult scan = PrescanXml(text);
-    if (!scan.accepted) {
-        return false;
-    }
-    // A declaration can only stand at the very start (the pre-scan saw to
-    // that); inside an element the parser would refuse it, so it is skipped.
-    const unsigned flags =
-        (kParseFlags & ~static_cast<unsigned>(pugi::parse_declaration)) | (scan.mentionsXmlSpace ? pugi::parse_ws_pcdata : 0u);
-    if (!holder.append_buffer(text.data(), text.size(), flags, pugi::encoding_utf8)) {
-        return false;
-    }
-    if (scan.mentionsXmlSpace) {
-        DropUnpreservedWhitespace(holder);
-    }
-    return true;
-}
-
-}  // namespace quillbank::xml::detail

@@ -17,12 +17,4 @@ namespace quillbank::xml::detail {
 // spaces while character references keep their character.
 bool ParseXmlText(pugi::xml_document& document, std::string_view text, bool preserveWhiteSpace);
 
-// Parses `text` as a document of its own, by the rules of ParseXmlText
-// without preserving whitespace, and appends its top-level nodes to the empty
-// element `holder`. Returns false when the text does not load that way;
-// `holder` may then hold part of the parse. Text with a document type
-// declaration must go through ParseXmlText instead: the parser reads none
-// inside an element.
-bool ParseXmlTextInto(pugi::xml_node holder, std::string_view text);
-
 }  // namespace quillbank::xml::detail
