@@ -68,6 +68,8 @@ private:
     // A storyboard whose identity and parts are left unset, for a reader that
     // fills it at once with FromXMLElement.
     explicit Storyboard(Unfilled);
+    template <class... Arguments>
+    static std::shared_ptr<Storyboard> Make(Arguments... arguments);
     void Initialize(bool withNewSBID);
     void CopyContentFrom(const Storyboard& SB);
     xml::Element WriteElement(const xml::Document& Document, bool clear, const char* source);

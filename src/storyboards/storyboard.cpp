@@ -7,6 +7,7 @@
 #include "frame/raise.hpp"
 #include "properties/property_bag.hpp"
 #include "storyboards/storyboard_access.hpp"
+#include "storyboards/storyboard_memory.hpp"
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
 #include "support/text.hpp"
@@ -24,13 +25,18 @@ Storyboard::Storyboard() { Initialize(true); }
 
 Storyboard::Storyboard(Unfilled) {}
 
-std::shared_ptr<Storyboard> Storyboard::Create() {
-    // One allocation holds the object and its reference count.
+template <class... Arguments>
+std::shared_ptr<Storyboard> Storyboard::Make(Arguments... arguments) {
+    // One block of the storyboards' memory holds the object and its
+    // reference count.
     struct Made : Storyboard {
-        Made() {}  // user-provided, so the object is not zero-filled first
+        explicit Made(Arguments... made) : Storyboard(made...) {}
     };
-    return std::make_shared<Made>();
+    return std::allocate_shared<Made>(std::pmr::polymorphic_allocator<Made>(storyboards::StoryboardMemory()),
+                                      arguments...);
 }
+
+std::shared_ptr<Storyboard> Storyboard::Create() { return Make(); }
 
 // The creation state. The storyboard type is not part of it: a new object
 // holds an empty one, and the reader sets it from the element in any case.
@@ -206,7 +212,7 @@ void Storyboard::FromXMLElement(const xml::Element& Element) {
 namespace detail {
 
 std::shared_ptr<Storyboard> StoryboardAccess::CreateFromElement(const xml::Element& Element) {
-    std::shared_ptr<Storyboard> sb(new Storyboard(Storyboard::Unfilled{}));
+    std::shared_ptr<Storyboard> sb = Storyboard::Make(Storyboard::Unfilled{});
     sb->FromXMLElement(Element);
     return sb;
 }
