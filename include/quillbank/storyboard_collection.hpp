@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include <quillbank/detail/position_table.hpp>
 #include <quillbank/storyboard.hpp>
 #include <quillbank/variant.hpp>
 #include <quillbank/xml.hpp>
@@ -128,8 +129,7 @@ private:
     StoryboardCollection();
     xml::Element WriteElement(const xml::Document& Document, bool clear);
 
-    static constexpr std::uint32_t kFree = 0xFFFFFFFFu;
-    static constexpr std::uint32_t kRemoved = 0xFFFFFFFEu;
+    static constexpr std::uint32_t kFree = detail::PositionTable::kNone;
 
     // The position in entries_ of the entry under the key of SBID (hashed to
     // `hash`), or kFree when there is none.
@@ -139,7 +139,6 @@ private:
     // Removes the entry at `position`, leaving a gap in entries_.
     void Erase(std::uint32_t position);
     void EraseKey(std::string_view SBID);
-    void InsertIntoTable(std::uint32_t position);
     // Closes the gaps and makes a table with room for `room` entries.
     void Rebuild(std::size_t room);
 
@@ -148,11 +147,7 @@ private:
     // to lower case) stand one after another in one string, so that a lookup
     // touches the table, the entry and the key, and nothing else.
     std::vector<Entry> entries_;
-    struct Slot {
-        std::uint32_t position = kFree;
-        std::uint32_t tag = 0;  // the high half of the hash, so that most misses never touch an entry
-    };
-    std::vector<Slot> table_;
+    detail::PositionTable table_;
     std::string keys_;
     std::size_t live_ = 0;
     std::shared_ptr<Storyboard> current_;

@@ -13,19 +13,11 @@ bool Matches(const std::shared_ptr<PersistedProperty>& property, std::string_vie
     return property && support::SameFolded(property->NameRef(), name);
 }
 
-std::size_t TableSizeFor(std::size_t entries) {
-    std::size_t size = 16;
-    while (size < entries * 2) {
-        size *= 2;
-    }
-    return size;
-}
-
 }  // namespace
 
 void PropertyStore::Reserve(std::size_t count) {
     entries_.reserve(count);
-    if (count > kLinearLimit && table_.size() < TableSizeFor(count)) {
+    if (count > kLinearLimit && table_.Full(count)) {
         Rebuild(count);
     }
 }
@@ -40,14 +32,14 @@ void PropertyStore::Add(std::shared_ptr<PersistedProperty> property) {
     if (const std::uint32_t old = Locate(property->NameRef(), hash); old != kFree) {
         Erase(old);
     }
-    const bool full = table_.empty() ? entries_.size() + 1 > kLinearLimit : (entries_.size() + 1) * 2 > table_.size();
+    const bool full = table_.Empty() ? entries_.size() + 1 > kLinearLimit : table_.Full(entries_.size() + 1);
     if (full) {
         Rebuild(live_ + 1);
     }
     entries_.push_back(Entry{std::move(property), hash});
     ++live_;
-    if (!table_.empty()) {
-        InsertIntoTable(static_cast<std::uint32_t>(entries_.size() - 1));
+    if (!table_.Empty()) {
+        table_.Insert(static_cast<std::uint32_t>(entries_.size() - 1), hash);
     }
 }
 
@@ -58,36 +50,25 @@ void PropertyStore::Remove(std::string_view name) {
 }
 
 std::uint32_t PropertyStore::Locate(std::string_view name, std::size_t hash) const {
-    if (table_.empty()) {
+    auto matches = [&](std::uint32_t position) {
+        const Entry& entry = entries_[position];
+        return entry.hash == hash && Matches(entry.property, name);
+    };
+    if (table_.Empty()) {
         for (std::size_t i = 0; i < entries_.size(); ++i) {
-            const Entry& entry = entries_[i];
-            if (entry.hash == hash && Matches(entry.property, name)) {
+            if (matches(static_cast<std::uint32_t>(i))) {
                 return static_cast<std::uint32_t>(i);
             }
         }
         return kFree;
     }
-    const std::size_t mask = table_.size() - 1;
-    for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
-        const std::uint32_t position = table_[slot];
-        if (position == kFree) {
-            return kFree;
-        }
-        if (position != kRemoved && entries_[position].hash == hash && Matches(entries_[position].property, name)) {
-            return position;
-        }
-    }
+    return table_.Find(hash, matches);
 }
 
 void PropertyStore::Erase(std::uint32_t position) {
     Entry& entry = entries_[position];
-    if (!table_.empty()) {
-        const std::size_t mask = table_.size() - 1;
-        std::size_t slot = entry.hash & mask;
-        while (table_[slot] != position) {
-            slot = (slot + 1) & mask;
-        }
-        table_[slot] = kRemoved;
+    if (!table_.Empty()) {
+        table_.Remove(position, entry.hash);
     }
     // Taken out before it is released, so that the store is whole again
     // whatever the property's release does.
@@ -97,15 +78,6 @@ void PropertyStore::Erase(std::uint32_t position) {
     if (gaps > live_ && gaps > kLinearLimit) {
         Rebuild(live_);
     }
-}
-
-void PropertyStore::InsertIntoTable(std::uint32_t position) {
-    const std::size_t mask = table_.size() - 1;
-    std::size_t slot = entries_[position].hash & mask;
-    while (table_[slot] != kFree && table_[slot] != kRemoved) {
-        slot = (slot + 1) & mask;
-    }
-    table_[slot] = position;
 }
 
 void PropertyStore::Rebuild(std::size_t room) {
@@ -121,13 +93,12 @@ void PropertyStore::Rebuild(std::size_t room) {
     }
     const std::size_t wanted = room > live_ ? room : live_;
     if (wanted <= kLinearLimit) {
-        table_.clear();
-        table_.shrink_to_fit();
+        table_.Clear();
         return;
     }
-    table_.assign(TableSizeFor(wanted), kFree);
+    table_.Reset(wanted);
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        InsertIntoTable(static_cast<std::uint32_t>(i));
+        table_.Insert(static_cast<std::uint32_t>(i), entries_[i].hash);
     }
 }
 

@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+#include <quillbank/detail/position_table.hpp>
+
 #include "properties/persisted_property.hpp"
 
 namespace quillbank::detail {
@@ -89,8 +91,7 @@ public:
     void Remove(std::string_view name);
 
 private:
-    static constexpr std::uint32_t kFree = 0xFFFFFFFFu;
-    static constexpr std::uint32_t kRemoved = 0xFFFFFFFEu;
+    static constexpr std::uint32_t kFree = PositionTable::kNone;
     // Up to this many entries the array is searched without a table.
     static constexpr std::size_t kLinearLimit = 8;
 
@@ -98,12 +99,11 @@ private:
     // (hashed to `hash`), or kFree when there is none.
     std::uint32_t Locate(std::string_view name, std::size_t hash) const;
     void Erase(std::uint32_t position);
-    void InsertIntoTable(std::uint32_t position);
     // Squeezes out the gaps and rebuilds the table for at least `room` entries.
     void Rebuild(std::size_t room);
 
     std::vector<Entry> entries_;
-    std::vector<std::uint32_t> table_;  // empty while the bag is small
+    PositionTable table_;  // empty while the bag is small
     std::size_t live_ = 0;
 };
 

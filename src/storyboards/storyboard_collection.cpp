@@ -21,15 +21,6 @@ constexpr std::int32_t kLastVisitablePosition = 32767;
 // Both writers report failures under the normal writer's name, spelt so.
 constexpr const char* kWriterSource = "StoryboardtCollection.ToXMLElement";
 
-std::uint32_t TagOf(std::size_t hash) { return static_cast<std::uint32_t>(static_cast<std::uint64_t>(hash) >> 32); }
-
-std::size_t TableSizeFor(std::size_t entries) {
-    std::size_t size = 16;
-    while (size < entries * 2) {
-        size *= 2;
-    }
-    return size;
-}
 
 // The storyboards of a collection at this moment, so that a collection can
 // be merged with or subtracted from itself.
@@ -57,45 +48,27 @@ void StoryboardCollection::SetCurrentSBID(std::string_view NewValue) {
 }
 
 std::uint32_t StoryboardCollection::Locate(std::string_view SBID, std::size_t hash) const {
-    if (table_.empty()) {
-        return kFree;
-    }
-    const std::size_t mask = table_.size() - 1;
-    const std::uint32_t tag = TagOf(hash);
-    for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
-        const std::uint32_t position = table_[slot].position;
-        if (position == kFree) {
-            return kFree;
-        }
-        if (position != kRemoved && table_[slot].tag == tag) {
-            const Entry& entry = entries_[position];
-            if (entry.hash == hash &&
-                support::FoldsTo(SBID, std::string_view(keys_).substr(entry.keyStart, entry.keyLength))) {
-                return position;
-            }
-        }
-    }
+    return table_.Find(hash, [&](std::uint32_t position) {
+        const Entry& entry = entries_[position];
+        return entry.hash == hash &&
+               support::FoldsTo(SBID, std::string_view(keys_).substr(entry.keyStart, entry.keyLength));
+    });
 }
 
 void StoryboardCollection::Append(std::string_view SBID, std::size_t hash, const std::shared_ptr<Storyboard>& SB) {
-    if ((entries_.size() + 1) * 2 > table_.size()) {
+    if (table_.Full(entries_.size() + 1)) {
         Rebuild(live_ + 1);
     }
     const std::size_t keyStart = keys_.size();
     keys_ += support::LowerCase(SBID);
     entries_.push_back(Entry{SB, hash, keyStart, keys_.size() - keyStart});
     ++live_;
-    InsertIntoTable(static_cast<std::uint32_t>(entries_.size() - 1));
+    table_.Insert(static_cast<std::uint32_t>(entries_.size() - 1), hash);
 }
 
 void StoryboardCollection::Erase(std::uint32_t position) {
     Entry& entry = entries_[position];
-    const std::size_t mask = table_.size() - 1;
-    std::size_t slot = entry.hash & mask;
-    while (table_[slot].position != position) {
-        slot = (slot + 1) & mask;
-    }
-    table_[slot].position = kRemoved;
+    table_.Remove(position, entry.hash);
     // Taken out before it is released, so that the collection is whole again
     // whatever the storyboard's release does.
     std::shared_ptr<Storyboard> released = std::move(entry.storyboard);
@@ -110,16 +83,6 @@ void StoryboardCollection::EraseKey(std::string_view SBID) {
     if (const std::uint32_t position = Locate(SBID, support::FoldedHash(SBID)); position != kFree) {
         Erase(position);
     }
-}
-
-void StoryboardCollection::InsertIntoTable(std::uint32_t position) {
-    const std::size_t mask = table_.size() - 1;
-    const std::size_t hash = entries_[position].hash;
-    std::size_t slot = hash & mask;
-    while (table_[slot].position != kFree && table_[slot].position != kRemoved) {
-        slot = (slot + 1) & mask;
-    }
-    table_[slot] = Slot{position, TagOf(hash)};
 }
 
 void StoryboardCollection::Rebuild(std::size_t room) {
@@ -138,9 +101,9 @@ void StoryboardCollection::Rebuild(std::size_t room) {
         entries_ = std::move(kept);
         keys_ = std::move(keptKeys);
     }
-    table_.assign(TableSizeFor(room > live_ ? room : live_), Slot{});
+    table_.Reset(room > live_ ? room : live_);
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        InsertIntoTable(static_cast<std::uint32_t>(i));
+        table_.Insert(static_cast<std::uint32_t>(i), entries_[i].hash);
     }
 }
 
@@ -187,7 +150,7 @@ Variant StoryboardCollection::Clear() {
     // Emptied before the storyboards are released.
     std::vector<Entry> released = std::move(entries_);
     entries_.clear();
-    table_.clear();
+    table_.Clear();
     keys_.clear();
     live_ = 0;
     current_ = nullptr;

@@ -1,6 +1,7 @@
 // Element: attributes and the "bin.base64" typed value.
 
 #include <cstring>
+#include <string>
 
 #include <quillbank/xml.hpp>
 
@@ -24,30 +25,22 @@ pugi::xml_node Require(detail::NodeImpl* node) {
     return detail::ToPugi(node);
 }
 
-// Attribute names up to this length are looked up through pugixml's own
-// search, which needs them terminated.
+// Attribute names up to this length are terminated on the stack for
+// pugixml's own search.
 constexpr std::size_t kShortAttributeName = 64;
 
 pugi::xml_attribute Find(pugi::xml_node element, std::string_view name) {
     // A stored name never holds a NUL, so a name that does is never found.
-    if (name.size() < kShortAttributeName && name.find('\0') == std::string_view::npos) {
+    if (name.find('\0') != std::string_view::npos) {
+        return pugi::xml_attribute();
+    }
+    if (name.size() < kShortAttributeName) {
         char terminated[kShortAttributeName];
         std::memcpy(terminated, name.data(), name.size());
         terminated[name.size()] = '\0';
         return element.attribute(terminated);
     }
-    for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
-        // Compared in one pass; the comparison stops at the stored name's end.
-        const char* candidate = a.name();
-        std::size_t i = 0;
-        while (i < name.size() && candidate[i] != '\0' && candidate[i] == name[i]) {
-            ++i;
-        }
-        if (i == name.size() && candidate[i] == '\0') {
-            return a;
-        }
-    }
-    return pugi::xml_attribute();
+    return element.attribute(std::string(name).c_str());
 }
 
 // The first `count` characters (not bytes) of UTF-8 text.
