@@ -87,12 +87,19 @@ public:
     void FromXMLString(std::string_view XMLString);
 
 private:
+    struct Unfilled {};
+
     ChildElement();
+    // Without a bag: for an element about to be read, which makes its own.
+    explicit ChildElement(Unfilled);
+    static std::shared_ptr<ChildElement> CreateUnfilled();
     xml::Element WriteElement(const xml::Document& Document, bool clear) const;
     void SetPPCObject(std::shared_ptr<PersistedPropertyCollection> PPC);
 
     std::string element_type_;
     std::shared_ptr<PersistedPropertyCollection> properties_;
+
+    friend class ChildElementCollection;
 };
 
 }  // namespace quillbank

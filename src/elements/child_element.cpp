@@ -6,6 +6,7 @@
 #include "frame/raise.hpp"
 #include "properties/property_bag.hpp"
 #include "support/conversions.hpp"
+#include "support/model_arena.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
 
@@ -29,7 +30,16 @@ std::shared_ptr<ChildElement> ChildElement::Create() {
     struct Made : ChildElement {
         Made() {}  // user-provided, so the object is not zero-filled first
     };
-    return std::make_shared<Made>();
+    return support::MakeModelObject<Made>();
+}
+
+ChildElement::ChildElement(Unfilled) {}
+
+std::shared_ptr<ChildElement> ChildElement::CreateUnfilled() {
+    struct Made : ChildElement {
+        Made() : ChildElement(Unfilled{}) {}
+    };
+    return support::MakeModelObject<Made>();
 }
 
 std::string ChildElement::Name() const { return properties_->Name(); }

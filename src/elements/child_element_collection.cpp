@@ -6,6 +6,7 @@
 #include "elements/element_writers.hpp"
 #include "frame/raise.hpp"
 #include "support/conversions.hpp"
+#include "support/model_arena.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
 
@@ -27,7 +28,7 @@ std::shared_ptr<ChildElementCollection> ChildElementCollection::Create() {
     struct Made : ChildElementCollection {
         Made() {}  // user-provided, so the object is not zero-filled first
     };
-    return std::make_shared<Made>();
+    return support::MakeModelObject<Made>();
 }
 
 std::string ChildElementCollection::Name() const { return name_; }
@@ -187,9 +188,11 @@ void ChildElementCollection::FromXMLElement(const xml::Element& Element) {
     if (nodeCount - 1 > kLastVisitablePosition) {
         frame::Raise(ErrOverflow, source, frame::kOverflow);
     }
+    elements_.reserve(static_cast<std::size_t>(nodeCount));
     for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsElement() && child.Name() == "ce") {
-            auto entry = ChildElement::Create();
+            // Its bag comes from the element it reads.
+            auto entry = ChildElement::CreateUnfilled();
             entry->FromXMLElement(child.AsElement());
             elements_.push_back(std::move(entry));
         }

@@ -14,6 +14,7 @@
 #include "storyboards/storyboard_access.hpp"
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
+#include "support/model_arena.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
 
@@ -180,6 +181,8 @@ void Lesson::FromXMLElement(const xml::Element& Element) {
     if (Element.Name() != "lesson") {
         frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("lesson"));
     }
+    // Everything read comes from one arena (see support/model_arena.hpp).
+    const support::ModelArenaScope arena;
     Reset();
     // "documentid" names one written copy, not the lesson: it is not read.
     lesson_id_ = support::VariantToText(Element.GetAttribute("lessonid"), lesson_id_);
@@ -239,6 +242,7 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
 }
 
 std::shared_ptr<Lesson> Lesson::Duplicate() const {
+    const support::ModelArenaScope arena;
     auto copy = Create();
     // The LessonID and the lesson's own properties are not carried over.
     copy->title_ = title_;

@@ -8,6 +8,7 @@
 
 #include "frame/raise.hpp"
 #include "properties/nesting.hpp"
+#include "support/model_arena.hpp"
 
 namespace quillbank {
 
@@ -68,7 +69,7 @@ std::shared_ptr<PersistedProperty> PersistedProperty::Create() {
     struct Made : PersistedProperty {
         Made() {}  // user-provided, so the object is not zero-filled first
     };
-    return std::make_shared<Made>();
+    return support::MakeModelObject<Made>();
 }
 
 Variant PersistedProperty::Value() const {

@@ -7,6 +7,7 @@
 #include "properties/property_bag.hpp"
 #include "properties/property_store.hpp"
 #include "support/conversions.hpp"
+#include "support/model_arena.hpp"
 #include "support/sort.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
@@ -16,7 +17,8 @@ namespace quillbank {
 namespace detail {
 
 void PropertyBagAccess::ResetStore(PersistedPropertyCollection& bag) {
-    bag.store_ = std::make_unique<PropertyStore>();
+    // Emptied in place: the store object itself is kept.
+    *bag.store_ = PropertyStore();
 }
 
 }  // namespace detail
@@ -137,7 +139,7 @@ std::shared_ptr<PersistedPropertyCollection> PersistedPropertyCollection::Create
     struct Made : PersistedPropertyCollection {
         Made() {}  // user-provided, so the object is not zero-filled first
     };
-    return std::make_shared<Made>();
+    return support::MakeModelObject<Made>();
 }
 
 std::string PersistedPropertyCollection::Name() const { return name_; }
