@@ -181,7 +181,7 @@ void Lesson::FromXMLElement(const xml::Element& Element) {
     if (Element.Name() != "lesson") {
         frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("lesson"));
     }
-    // Everything read comes from one arena (see support/model_arena.hpp).
+    // The objects read come from the model's chunks (support/model_arena.hpp).
     const support::ModelArenaScope arena;
     Reset();
     // "documentid" names one written copy, not the lesson: it is not read.

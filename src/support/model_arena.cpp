@@ -129,7 +129,7 @@ void Release(Chunk* chunk, void* block, std::size_t bytes) noexcept {
 
 ModelArenaScope::ModelArenaScope() noexcept {
     if constexpr (!kChecksEveryAllocation) {
-        ++model_arena::fill.depth;
+        ++model_arena::ThisThreadsFill().depth;
     }
 }
 

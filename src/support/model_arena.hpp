@@ -12,13 +12,13 @@
 //
 // Each chunk counts its live blocks and goes when the last one does, so an
 // object kept after the rest of its lesson has gone keeps only its own chunk
-// (the allocator kept with each object knows which).
-// A block given back while its chunk is still being filled, on the thread
-// filling it (an element read and then dropped, a property replaced by a
-// later one of the same name), is used again for the next block of its size;
-// other blocks are not reused. Objects made outside a
-// scope, objects too large for a chunk, and every object in builds that
-// check each allocation come from the general heap as before.
+// (the allocator kept with each object knows which). A block given back
+// while its chunk is still being filled, on the thread filling it (an
+// element read and then dropped, a property replaced by a later one of the
+// same name), is used again for the next block of its size; other blocks
+// are not reused. Objects made outside a scope, objects too large for a
+// chunk, and every object in builds that check each allocation come from
+// the general heap as before.
 
 #include <cstddef>
 #include <memory>
