@@ -12,6 +12,9 @@
 #   STDOUT      expected standard output: a file of DATA/expected ("" means empty)
 #   STDOUT_MATCHES  or a regular expression standard output must match
 #   STDERR      expected standard error: a file of DATA/expected ("" means empty)
+#   STDERR_MATCHES  or a regular expression standard error must match
+#   SCRIPT      a shell script run (by sh, in WORK, with the program in $QB)
+#               instead of the program with ARGS
 #   OUTPUT      a file the run writes in WORK, compared with EXPECT_OUTPUT
 #   EXPECT_OUTPUT  a file of DATA/expected, compared after masking, and its
 #               CRs counted on the bytes (file(READ) drops them). Standard
@@ -43,12 +46,22 @@ set(stdin_option)
 if(STDIN)
   set(stdin_option INPUT_FILE "${DATA}/${STDIN}")
 endif()
-execute_process(COMMAND "${TOOL}" ${ARGS}
+set(command "${TOOL}" ${ARGS})
+if(SCRIPT)
+  set(ENV{QB} "${TOOL}")
+  set(command sh "${SCRIPT}")
+endif()
+execute_process(COMMAND ${command}
                 WORKING_DIRECTORY "${WORK}"
                 ${stdin_option}
                 RESULT_VARIABLE status
                 OUTPUT_VARIABLE stdout
                 ERROR_VARIABLE stderr)
+
+if(SCRIPT AND status EQUAL 77)
+  message("QUILLBANK_TEST_SKIPPED: ${stderr}")
+  return()
+endif()
 
 set(guid_pattern "[0-9A-Fa-f]+-[0-9A-Fa-f]+-[0-9A-Fa-f]+-[0-9A-Fa-f]+-[0-9A-Fa-f]+")
 
@@ -117,7 +130,13 @@ if(DEFINED STDOUT_MATCHES)
 else()
   compare("standard output" "${stdout}" "${STDOUT}")
 endif()
-compare("standard error" "${stderr}" "${STDERR}")
+if(DEFINED STDERR_MATCHES)
+  if(NOT stderr MATCHES "${STDERR_MATCHES}")
+    fail("standard error does not match ${STDERR_MATCHES}:\n${stderr}")
+  endif()
+else()
+  compare("standard error" "${stderr}" "${STDERR}")
+endif()
 
 if(OUTPUT)
   if(NOT EXISTS "${WORK}/${OUTPUT}")

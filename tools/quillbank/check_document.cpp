@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <memory>
+#include <vector>
 #include <set>
 #include <string>
 
@@ -84,6 +86,12 @@ void ForEachElement(const xml::Node& parent, Visit visit) {
     }
 }
 
+// The nesting the reader keeps: the bag or list a property holds is one
+// level below the bag holding the property; the lesson's, a storyboard's and
+// a child element's own bags are level 0, and a property whose content would
+// lie below kReaderNestingLimit is dropped with everything in it.
+constexpr int kReaderNestingLimit = 200;
+
 class DocumentChecker {
 public:
     explicit DocumentChecker(Findings& findings) : findings_(findings) {}
@@ -92,15 +100,33 @@ public:
     const std::set<std::string>& Sbids() const { return sbids_; }
 
 private:
-    // The property elements directly inside a "ppc" or "ce" element.
+    // A bag being walked: the property elements directly inside a "ppc" or
+    // "ce" element. Bags nested in its properties are walked through the
+    // same stack of frames, never by calling back into the walk, so that no
+    // depth of the file can exhaust the call stack.
+    struct Frame {
+        xml::Node next;
+        std::string path;
+        std::shared_ptr<PersistedPropertyCollection> seen;
+        int level = 0;
+        std::int32_t position = 0;
+    };
+    struct Nested {
+        xml::Element container;
+        std::string path;
+    };
+
     void Bag(const xml::Element& container, const std::string& bagPath);
-    void Property(const xml::Element& property, const std::string& bagPath, PersistedPropertyCollection& seen,
-                  bool encoded);
+    void Step(Frame& frame);
+    void Property(const xml::Element& property, Frame& frame, bool encoded);
+    void Skipped(const xml::Element& element, const std::string& place, std::string_view where);
+    void SplitText(const xml::Element& property, const std::string& path);
     void Maps(const xml::Element& maps);
     void Storyboards(const xml::Element& storyboards);
 
     Findings& findings_;
     std::set<std::string> sbids_;
+    std::vector<Frame> frames_;
 };
 
 void DocumentChecker::Lesson(const xml::Element& lesson) {
@@ -127,35 +153,85 @@ void DocumentChecker::Lesson(const xml::Element& lesson) {
     });
 }
 
-void DocumentChecker::Bag(const xml::Element& container, const std::string& bagPath) {
-    auto seen = PersistedPropertyCollection::Create();
-    std::int32_t position = 0;
-    ForEachElement(container, [&](const xml::Element& element) {
-        const std::int32_t index = position++;
-        if (Lower(element.Name()) != "encprop") {
-            Property(element, bagPath, *seen, false);
-            return;
-        }
-        xml::Element inner = DecodeEncoded(element);
-        const std::string place = JoinPath(bagPath, "(encoded property " + std::to_string(index + 1) + ")");
-        if (!ReaderKeeps(element)) {
-            if (inner && !IsPropertyElement(inner.Name())) {
-                findings_.Add("P03", place,
-                              "the encoded property holds " + Tag(inner.Name()) +
-                                  ", which is not a property element; the reader drops it");
-            } else {
-                findings_.Add("P04", place, "the encoded property is corrupt and cannot be parsed; the reader drops it");
-            }
-            return;
-        }
-        if (inner) {
-            Property(inner, bagPath, *seen, true);
-        }
-    });
+void DocumentChecker::Skipped(const xml::Element& element, const std::string& place, std::string_view where) {
+    findings_.Add("R01", place,
+                  "the element " + Tag(element.Name()) + " is not part of " + std::string(where) +
+                      "; the reader skips it and what it holds");
 }
 
-void DocumentChecker::Property(const xml::Element& property, const std::string& bagPath,
-                               PersistedPropertyCollection& seen, bool encoded) {
+void DocumentChecker::Bag(const xml::Element& container, const std::string& bagPath) {
+    const std::size_t base = frames_.size();
+    frames_.push_back({container.FirstChild(), bagPath, PersistedPropertyCollection::Create(), 0, 0});
+    while (frames_.size() > base) {
+        Frame& frame = frames_.back();
+        if (!frame.next) {
+            frames_.pop_back();
+            continue;
+        }
+        Step(frame);
+    }
+}
+
+// Looks at the frame's next node; may push the frames of nested bags.
+void DocumentChecker::Step(Frame& frame) {
+    xml::Node node = frame.next;
+    frame.next = node.NextSibling();
+    xml::Element element = node.AsElement();
+    if (!element) {
+        return;
+    }
+    const std::int32_t index = frame.position++;
+    if (Lower(element.Name()) != "encprop") {
+        Property(element, frame, false);
+        return;
+    }
+    xml::Element inner = DecodeEncoded(element);
+    const std::string place = JoinPath(frame.path, "(encoded property " + std::to_string(index + 1) + ")");
+    if (!ReaderKeeps(element)) {
+        if (inner && !IsPropertyElement(inner.Name())) {
+            findings_.Add("P03", place,
+                          "the encoded property holds " + Tag(inner.Name()) +
+                              ", which is not a property element; the reader drops it");
+        } else {
+            findings_.Add("P04", place, "the encoded property is corrupt and cannot be parsed; the reader drops it");
+        }
+        return;
+    }
+    if (inner) {
+        Property(inner, frame, true);
+    }
+}
+
+// The reader keeps only the first text node of a string property; text
+// after a comment, an element or inside CDATA is lost.
+void DocumentChecker::SplitText(const xml::Element& property, const std::string& path) {
+    std::string first;
+    bool haveFirst = false;
+    std::string whole;
+    for (xml::Node node = property.FirstChild(); node; node = node.NextSibling()) {
+        const xml::NodeType type = node.Type();
+        if (type == xml::NodeType::Text || type == xml::NodeType::CData) {
+            whole += node.Value();
+            if (type == xml::NodeType::Text && !haveFirst) {
+                first = node.Value();
+                haveFirst = true;
+            }
+        } else if (type == xml::NodeType::Element) {
+            whole += node.Text();
+        }
+    }
+    if (whole != first) {
+        findings_.Add("R02", path,
+                      "the value is split by a comment, CDATA section or element; the reader keeps only " +
+                          Quoted(first) + " of " + Quoted(whole));
+    }
+}
+
+// Frame may move when frames are pushed: everything from it is read first.
+void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool encoded) {
+    const std::string bagPath = frame.path;
+    const int level = frame.level;
+    PersistedPropertyCollection& seen = *frame.seen;
     const std::string elementName = property.Name();
     auto nameAttribute = property.GetAttribute("name");
     const std::string name = nameAttribute.value_or("");
@@ -176,39 +252,62 @@ void DocumentChecker::Property(const xml::Element& property, const std::string& 
     seen.SetBoolean(name, true);
 
     const std::string lower = Lower(elementName);
+    if (lower == "stringprop") {
+        SplitText(property, path);
+        return;
+    }
+    if (lower != "ppcprop" && lower != "cecprop") {
+        return;
+    }
+    if (level + 1 > kReaderNestingLimit) {
+        findings_.Add("R03", path,
+                      "the " + std::string(lower == "ppcprop" ? "bag" : "list") + " is nested deeper than the reader's "
+                      "limit of " + std::to_string(kReaderNestingLimit) +
+                          " levels; the reader drops the property and everything in it");
+        return;
+    }
+    std::vector<Nested> nested;
     if (lower == "ppcprop") {
-        ForEachElement(property, [&](const xml::Element& nested) {
-            if (nested.Name() == "ppc") {
-                Bag(nested, path);
+        ForEachElement(property, [&](const xml::Element& child) {
+            if (child.Name() == "ppc") {
+                nested.push_back({child, path});
+            } else {
+                Skipped(child, path, "a bag property");
             }
         });
-    } else if (lower == "cecprop") {
+    } else {
         ForEachElement(property, [&](const xml::Element& list) {
             if (list.Name() != "cec") {
+                Skipped(list, path, "a list property");
                 return;
             }
             std::int32_t index = 0;
             ForEachElement(list, [&](const xml::Element& element) {
                 if (element.Name() == "ce") {
-                    Bag(element, Indexed(path, index++));
+                    nested.push_back({element, Indexed(path, index++)});
+                } else {
+                    Skipped(element, path, "a list");
                 }
             });
         });
+    }
+    // The first nested bag ends up on top, so findings keep document order.
+    for (auto it = nested.rbegin(); it != nested.rend(); ++it) {
+        frames_.push_back({it->container.FirstChild(), it->path, PersistedPropertyCollection::Create(), level + 1, 0});
     }
 }
 
 void DocumentChecker::Maps(const xml::Element& maps) {
     auto defaultName = maps.GetAttribute("default");
-    if (!defaultName) {
-        return;
-    }
     bool found = false;
     ForEachElement(maps, [&](const xml::Element& map) {
-        if (map.Name() == "map" && map.GetAttribute("name") == defaultName) {
+        if (map.Name() != "map") {
+            Skipped(map, "maps", "the maps");
+        } else if (defaultName && map.GetAttribute("name") == defaultName) {
             found = true;
         }
     });
-    if (!found) {
+    if (defaultName && !found) {
         findings_.Add("M06", "maps",
                       "the default map " + Quoted(*defaultName) + " is not among the maps; the reader takes the first map");
     }
@@ -220,6 +319,7 @@ void DocumentChecker::Storyboards(const xml::Element& storyboards) {
     std::int32_t position = 0;
     ForEachElement(storyboards, [&](const xml::Element& storyboard) {
         if (storyboard.Name() != "storyboard") {
+            Skipped(storyboard, "storyboards", "the storyboards");
             return;
         }
         const std::int32_t index = position++;
@@ -241,8 +341,12 @@ void DocumentChecker::Storyboards(const xml::Element& storyboards) {
                 ForEachElement(part, [&](const xml::Element& element) {
                     if (element.Name() == "ce") {
                         Bag(element, ChildElementPath(id, elementIndex++));
+                    } else {
+                        Skipped(element, JoinPath(StoryboardPlace(id), "children"), "a storyboard's children");
                     }
                 });
+            } else {
+                Skipped(part, StoryboardPlace(id), "a storyboard");
             }
         });
     });

@@ -42,8 +42,9 @@ void CheckMaps(const Lesson& lesson, Findings& findings) {
             findings.Add("M07", place, "the map has no items");
         }
         std::set<std::string> seen;
-        for (const auto& item : items) {
-            std::string itemPlace = place + " / item " + item.position;
+        for (std::size_t at = 0; at < items.size(); ++at) {
+            const MapItem& item = items[at];
+            std::string itemPlace = place + " / item " + ItemPosition(items, at);
             if (item.sbid.empty()) {
                 findings.Add("M02", itemPlace, "the item names no storyboard");
                 continue;

@@ -129,12 +129,12 @@ void LessonDiff::Elements(const ChildElementCollection& a, const ChildElementCol
     }
 }
 
-// Where each storyboard first stands in a map.
-std::map<std::string, MapItem> FirstPlaces(const std::vector<MapItem>& items) {
-    std::map<std::string, MapItem> places;
-    for (const auto& item : items) {
-        if (!item.sbid.empty()) {
-            places.emplace(item.sbid, item);
+// Where each storyboard first stands in a map: its place in the item list.
+std::map<std::string, std::size_t> FirstPlaces(const std::vector<MapItem>& items) {
+    std::map<std::string, std::size_t> places;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (!items[i].sbid.empty()) {
+            places.emplace(items[i].sbid, i);
         }
     }
     return places;
@@ -147,46 +147,49 @@ void LessonDiff::MapItemsOf(const LessonMap& a, const LessonMap& b, const std::s
     auto placesB = FirstPlaces(itemsB);
 
     // The order of the siblings that stay under the same parent in both maps.
-    auto keptOrder = [&](const std::vector<MapItem>& items, const std::map<std::string, MapItem>& own,
-                         const std::map<std::string, MapItem>& other) {
+    auto keptOrder = [&](const std::vector<MapItem>& items, const std::map<std::string, std::size_t>& own,
+                         const std::vector<MapItem>& otherItems, const std::map<std::string, std::size_t>& other) {
         std::map<std::string, std::int32_t> order;  // sbid -> rank among kept siblings
         std::map<std::string, std::int32_t> next;   // parent -> next rank
-        for (const auto& item : items) {
-            if (item.sbid.empty() || own.at(item.sbid).position != item.position) {
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const MapItem& item = items[i];
+            if (item.sbid.empty() || own.at(item.sbid) != i) {
                 continue;
             }
             auto there = other.find(item.sbid);
-            if (there == other.end() || there->second.parentSbid != item.parentSbid) {
+            if (there == other.end() || otherItems[there->second].parentSbid != item.parentSbid) {
                 continue;
             }
             order[item.sbid] = next[item.parentSbid]++;
         }
         return order;
     };
-    auto orderA = keptOrder(itemsA, placesA, placesB);
-    auto orderB = keptOrder(itemsB, placesB, placesA);
+    auto orderA = keptOrder(itemsA, placesA, itemsB, placesB);
+    auto orderB = keptOrder(itemsB, placesB, itemsA, placesA);
 
-    for (const auto& item : itemsA) {
-        if (item.sbid.empty() || placesA.at(item.sbid).position != item.position) {
+    for (std::size_t i = 0; i < itemsA.size(); ++i) {
+        const MapItem& item = itemsA[i];
+        if (item.sbid.empty() || placesA.at(item.sbid) != i) {
             continue;
         }
         auto there = placesB.find(item.sbid);
         if (there == placesB.end()) {
-            Line('-') << place << ": " << item.sbid << " (was item " << item.position << ")\n";
+            Line('-') << place << ": " << item.sbid << " (was item " << ItemPosition(itemsA, i) << ")\n";
             continue;
         }
-        const MapItem& moved = there->second;
+        const MapItem& moved = itemsB[there->second];
         bool parentChanged = moved.parentSbid != item.parentSbid;
         bool orderChanged = !parentChanged && orderA.count(item.sbid) > 0 && orderB.count(item.sbid) > 0 &&
                             orderA[item.sbid] != orderB[item.sbid];
         if (parentChanged || orderChanged) {
-            Line('~') << place << ": " << item.sbid << " moved from item " << item.position << " to item "
-                      << moved.position << '\n';
+            Line('~') << place << ": " << item.sbid << " moved from item " << ItemPosition(itemsA, i) << " to item "
+                      << ItemPosition(itemsB, there->second) << '\n';
         }
     }
-    for (const auto& item : itemsB) {
-        if (!item.sbid.empty() && placesB.at(item.sbid).position == item.position && placesA.count(item.sbid) == 0) {
-            Line('+') << place << ": " << item.sbid << " at item " << item.position << '\n';
+    for (std::size_t i = 0; i < itemsB.size(); ++i) {
+        const MapItem& item = itemsB[i];
+        if (!item.sbid.empty() && placesB.at(item.sbid) == i && placesA.count(item.sbid) == 0) {
+            Line('+') << place << ": " << item.sbid << " at item " << ItemPosition(itemsB, i) << '\n';
         }
     }
 }

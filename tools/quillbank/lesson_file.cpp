@@ -1,12 +1,14 @@
 #include "lesson_file.hpp"
 
+#include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <iostream>
-#include <iterator>
+#include <new>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <quillbank/error.hpp>
 
@@ -16,71 +18,116 @@ namespace quillbank::tool {
 
 namespace {
 
-std::vector<std::uint8_t> ReadAll(std::FILE* file, const std::string& displayName) {
+std::atomic<std::uint64_t> maxInputSize{kDefaultMaxInputSize};
+
+[[noreturn]] void TooLarge(const std::string& displayName) {
+    throw ToolError(displayName + ": the file is larger than the limit of " + std::to_string(MaxInputSize()) +
+                    " bytes (--max-size)");
+}
+
+std::vector<std::uint8_t> ReadAll(int fd, const std::string& displayName, std::uint64_t expected) {
+    const std::uint64_t limit = MaxInputSize();
     std::vector<std::uint8_t> bytes;
-    std::uint8_t buffer[65536];
+    if (expected > 0) {
+        bytes.reserve(static_cast<std::size_t>(expected) + 1);
+    }
+    std::size_t filled = 0;
     for (;;) {
-        std::size_t got = std::fread(buffer, 1, sizeof buffer, file);
-        bytes.insert(bytes.end(), buffer, buffer + got);
-        if (got < sizeof buffer) {
-            if (std::ferror(file)) {
-                throw ToolError(displayName + ": cannot read the file: " + std::strerror(errno));
+        if (bytes.size() - filled < 65536) {
+            bytes.resize(std::max<std::size_t>(bytes.size() * 2, filled + 65536));
+        }
+        ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
             }
-            return bytes;
+            throw ToolError(displayName + ": cannot read the file: " + std::strerror(errno));
+        }
+        if (got == 0) {
+            break;
+        }
+        filled += static_cast<std::size_t>(got);
+        if (filled > limit) {
+            TooLarge(displayName);
         }
     }
+    bytes.resize(filled);
+    return bytes;
+}
+
+std::vector<std::uint8_t> ReadPath(const std::string& path) {
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        throw ToolError(path + ": cannot open the file: " + std::strerror(errno));
+    }
+    struct Closer {
+        int fd;
+        ~Closer() { ::close(fd); }
+    } closer{fd};
+    struct stat status {};
+    if (::fstat(fd, &status) != 0) {
+        throw ToolError(path + ": cannot read the file: " + std::strerror(errno));
+    }
+    if (S_ISDIR(status.st_mode)) {
+        throw ToolError(path + ": cannot read the file: it is a directory");
+    }
+    std::uint64_t size = S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
+    if (size > MaxInputSize()) {
+        TooLarge(path);
+    }
+    return ReadAll(fd, path, size);
+}
+
+[[noreturn]] void OutOfMemory(const std::string& displayName) {
+    throw ToolError("not enough memory to read " + displayName);
 }
 
 }  // namespace
 
+void SetMaxInputSize(std::uint64_t bytes) {
+    maxInputSize.store(bytes);
+}
+
+std::uint64_t MaxInputSize() {
+    return maxInputSize.load();
+}
+
 InputFile ReadInput(const std::string& path) {
     InputFile input;
     input.path = path;
-    std::vector<std::uint8_t> bytes;
-    if (path == kStandardStream) {
-        input.displayName = "(standard input)";
-        bytes = ReadAll(stdin, input.displayName);
-    } else {
-        input.displayName = path;
-        std::error_code ec;
-        if (std::filesystem::is_directory(path, ec)) {
-            throw ToolError(path + ": cannot read the file: it is a directory");
+    input.displayName = path == kStandardStream ? "(standard input)" : path;
+    try {
+        std::vector<std::uint8_t> bytes =
+            path == kStandardStream ? ReadAll(STDIN_FILENO, input.displayName, 0) : ReadPath(path);
+        auto decoded = DecodeFileBytes(bytes);
+        if (!decoded) {
+            throw ToolError(input.displayName +
+                            ": the file starts with a UTF-16 byte-order mark but is not valid UTF-16");
         }
-        std::FILE* file = std::fopen(path.c_str(), "rb");
-        if (file == nullptr) {
-            throw ToolError(path + ": cannot open the file: " + std::strerror(errno));
+        if (decoded->text.empty()) {
+            throw ToolError(input.displayName + ": the file is empty, not a lesson");
         }
-        try {
-            bytes = ReadAll(file, path);
-        } catch (...) {
-            std::fclose(file);
-            throw;
-        }
-        std::fclose(file);
+        input.decoded = std::move(*decoded);
+    } catch (const std::bad_alloc&) {
+        OutOfMemory(input.displayName);
     }
-    auto decoded = DecodeFileBytes(bytes);
-    if (!decoded) {
-        throw ToolError(input.displayName + ": the file starts with a UTF-16 byte-order mark but is not valid UTF-16");
-    }
-    if (decoded->text.empty()) {
-        throw ToolError(input.displayName + ": the file is empty, not a lesson");
-    }
-    input.decoded = std::move(*decoded);
     return input;
 }
 
 std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
-    auto lesson = Lesson::Create();
     try {
+        auto lesson = Lesson::Create();
         lesson->FromXMLString(input.decoded.text);
+        return lesson;
     } catch (const Error& e) {
         // The wrong-form errors say all; others name the member that raised them.
         if (e.Number() == ErrXmlForm) {
             throw ToolError(input.displayName + ": " + e.Description());
         }
         throw ToolError(input.displayName + ": " + e.Source() + ": " + e.Description());
+    } catch (const std::bad_alloc&) {
+        OutOfMemory(input.displayName);
     }
-    return lesson;
 }
 
 std::shared_ptr<Lesson> ReadLesson(const std::string& path) {

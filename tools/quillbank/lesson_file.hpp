@@ -2,6 +2,7 @@
 
 // Reading lesson files (or standard input) into lessons.
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -20,8 +21,15 @@ struct InputFile {
     DecodedText decoded;
 };
 
+// The largest input read, in bytes (--max-size); 2 GiB unless set.
+inline constexpr std::uint64_t kDefaultMaxInputSize = std::uint64_t{2} << 30;
+void SetMaxInputSize(std::uint64_t bytes);
+std::uint64_t MaxInputSize();
+
 // Reads and decodes a whole file. Raises ToolError naming the file when it
-// cannot be read, is empty, or is UTF-16 that does not decode.
+// cannot be read, is larger than MaxInputSize() (a regular file is refused
+// before it is read), is empty, is UTF-16 that does not decode, or when
+// memory runs out ("not enough memory to read FILE").
 InputFile ReadInput(const std::string& path);
 
 // Reads the decoded text as a lesson. Raises ToolError with the library's

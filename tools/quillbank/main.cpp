@@ -1,7 +1,9 @@
 // quillbank: look at, check, compare and rewrite lesson files.
 
 #include <cstdio>
+#include <cstdint>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,8 @@
 #include <quillbank/functions.hpp>
 
 #include "commands.hpp"
+#include "lesson_file.hpp"
+#include "signal_cleanup.hpp"
 #include "tool_error.hpp"
 
 using namespace quillbank::tool;
@@ -22,6 +26,13 @@ int main(int argc, char** argv) {
     program.require_subcommand(1);
     program.set_version_flag("--version", "quillbank " + quillbank::Functions::OCXVersion());
     program.footer("Exit status: 0 done, 1 findings (check) or differences (diff), 2 failure.");
+    program.fallthrough();
+    std::uint64_t maxSize = kDefaultMaxInputSize;
+    program
+        .add_option("--max-size", maxSize,
+                    "Refuse an input larger than this many bytes (suffixes K, M, G: KiB, MiB, GiB); default 2G")
+        ->type_name("SIZE")
+        ->transform(CLI::AsSizeValue(false));
 
     std::vector<Command> commands = {
         AddInfoCommand(program),      AddTreeCommand(program),  AddPropsCommand(program),
@@ -48,6 +59,9 @@ int main(int argc, char** argv) {
         return kExitFailure;
     }
 
+    SetMaxInputSize(maxSize);
+    InstallSignalCleanup();
+
     for (const auto& command : commands) {
         if (!command.app->parsed()) {
             continue;
@@ -63,6 +77,10 @@ int main(int argc, char** argv) {
         } catch (const quillbank::Error& e) {
             std::cout.flush();
             std::cerr << "quillbank: " << e.Source() << ": " << e.Description() << '\n';
+            return kExitFailure;
+        } catch (const std::bad_alloc&) {
+            std::cout.flush();
+            std::cerr << "quillbank: not enough memory\n";
             return kExitFailure;
         }
     }

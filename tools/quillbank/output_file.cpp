@@ -1,15 +1,17 @@
 #include "output_file.hpp"
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <random>
+#include <optional>
 
-#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
-#endif
 
+#include "replacing_write.hpp"
 #include "tool_error.hpp"
 
 namespace fs = std::filesystem;
@@ -18,19 +20,82 @@ namespace quillbank::tool {
 
 namespace {
 
-std::string TemporaryName(const fs::path& target) {
-    static std::mt19937_64 generator{std::random_device{}()};
-    static const char digits[] = "0123456789abcdef";
-    std::string suffix;
-    for (int i = 0; i < 12; ++i) {
-        suffix += digits[generator() % 16];
+void WriteAllTo(int fd, std::string_view bytes, const std::string& failure) {
+    while (!bytes.empty()) {
+        ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throw ToolError(failure + std::strerror(errno));
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    return "." + target.filename().string() + "." + suffix + ".tmp";
 }
 
 void WriteToStandardOutput(std::string_view bytes) {
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0) {
         throw ToolError(std::string("(standard output): cannot write: ") + std::strerror(errno));
+    }
+}
+
+// The descriptor a path names by number: /dev/stdout, /dev/stderr,
+// /dev/fd/N and /proc/self/fd/N. Writing goes to that descriptor itself, so
+// that its position and append mode are the shell's.
+std::optional<int> NamedDescriptor(const std::string& path) {
+    if (path == "/dev/stdout") {
+        return 1;
+    }
+    if (path == "/dev/stderr") {
+        return 2;
+    }
+    for (std::string_view prefix : {"/dev/fd/", "/proc/self/fd/"}) {
+        if (path.starts_with(prefix)) {
+            std::string_view digits = std::string_view(path).substr(prefix.size());
+            int fd = -1;
+            auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), fd);
+            if (ec == std::errc() && end == digits.data() + digits.size() && fd >= 0) {
+                return fd;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+// The path with every symbolic link along its last part followed, also to a
+// file that does not exist yet.
+std::string FollowLinks(const std::string& path) {
+    std::string current = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        struct stat status {};
+        if (::lstat(current.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) {
+            return current;
+        }
+        std::error_code ec;
+        fs::path link = fs::read_symlink(current, ec);
+        if (ec) {
+            throw ToolError(path + ": cannot write the file: " + ec.message());
+        }
+        current = link.is_absolute() ? link.string() : (fs::path(current).parent_path() / link).string();
+    }
+    throw ToolError(path + ": cannot write the file: " + std::strerror(ELOOP));
+}
+
+// Something that is not a regular file (a device, a FIFO, a socket) is
+// written into directly: replacing it would destroy it.
+void WriteDirectly(const std::string& path, std::string_view bytes) {
+    int fd = ::open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) {
+        throw ToolError(path + ": cannot write the file: " + std::strerror(errno));
+    }
+    try {
+        WriteAllTo(fd, bytes, path + ": cannot write the file: ");
+    } catch (...) {
+        ::close(fd);
+        throw;
+    }
+    if (::close(fd) != 0) {
+        throw ToolError(path + ": cannot write the file: " + std::strerror(errno));
     }
 }
 
@@ -46,13 +111,15 @@ std::string ChooseOutput(const InputFile& input, const std::string& output, bool
     }
     if (output.empty()) {
         if (outputRequired) {
-            throw ToolError(std::string(command) + ": -o OUT or --in-place is required");
+            throw ToolError(std::string(command) + ": -o OUT or --in-place is required (see quillbank " +
+                            std::string(command) + " --help)");
         }
         return kStandardStream;
     }
     if (output != kStandardStream && input.path != kStandardStream) {
         std::error_code ec;
-        if (fs::equivalent(input.path, output, ec)) {
+        struct stat status {};
+        if (::stat(output.c_str(), &status) == 0 && S_ISREG(status.st_mode) && fs::equivalent(input.path, output, ec)) {
             throw ToolError(output + ": is the input file; use --in-place to replace it");
         }
     }
@@ -64,56 +131,36 @@ void WriteOutput(const std::string& path, std::string_view bytes) {
         WriteToStandardOutput(bytes);
         return;
     }
-    std::error_code ec;
-    fs::path target(path);
-    if (fs::is_symlink(target, ec)) {
-        target = fs::canonical(target, ec);
-        if (ec) {
-            throw ToolError(path + ": cannot write the file: " + ec.message());
+    if (auto fd = NamedDescriptor(path)) {
+        if (*fd == 1) {
+            std::fflush(stdout);
         }
+        WriteAllTo(*fd, bytes, path + ": cannot write: ");
+        return;
     }
-    if (fs::is_directory(target, ec)) {
-        throw ToolError(path + ": cannot write the file: it is a directory");
-    }
-    fs::path folder = target.parent_path();
-    if (folder.empty()) {
-        folder = ".";
-    }
-
-    fs::path temporary;
-    std::FILE* file = nullptr;
-    for (int attempt = 0; attempt < 16 && file == nullptr; ++attempt) {
-        temporary = folder / TemporaryName(target);
-        file = std::fopen(temporary.string().c_str(), "wbx");
-        if (file == nullptr && errno != EEXIST) {
-            break;
+    const std::string target = FollowLinks(path);
+    struct stat status {};
+    std::optional<struct stat> existing;
+    if (::stat(target.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode)) {
+            throw ToolError(path + ": cannot write the file: it is a directory");
         }
-    }
-    if (file == nullptr) {
+        if (!S_ISREG(status.st_mode)) {
+            WriteDirectly(target, bytes);
+            return;
+        }
+        if (status.st_nlink > 1) {
+            throw ToolError(path + ": the file has " + std::to_string(status.st_nlink) +
+                            " hard links; replacing it would leave the other names with the old text, so it is "
+                            "left alone (write to another file with -o)");
+        }
+        existing = status;
+    } else if (errno != ENOENT) {
         throw ToolError(path + ": cannot write the file: " + std::strerror(errno));
     }
-
-    bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
-#ifndef _WIN32
-    written = written && ::fsync(::fileno(file)) == 0;
-#endif
-    int writeError = errno;
-    written = (std::fclose(file) == 0) && written;
-    if (!written) {
-        fs::remove(temporary, ec);
-        throw ToolError(path + ": cannot write the file: " + std::strerror(writeError));
-    }
-
-    // A replaced file keeps its permissions; a new one gets the usual ones.
-    if (fs::exists(target, ec)) {
-        fs::permissions(temporary, fs::status(target, ec).permissions(), ec);
-    }
-    fs::rename(temporary, target, ec);
-    if (ec) {
-        std::string reason = ec.message();
-        fs::remove(temporary, ec);
-        throw ToolError(path + ": cannot write the file: " + reason);
-    }
+    ReplacingWrite write(target, existing, path);
+    write.Write(bytes);
+    write.Commit();
 }
 
 }  // namespace quillbank::tool

@@ -23,12 +23,25 @@ struct TreeOptions {
     bool mapGiven = false;
 };
 
+// Two spaces a level; past kMaxIndentLevels the indentation stops growing
+// and the line starts with its level instead, so that a deep tree's text
+// stays in proportion to the number of items.
+constexpr std::int64_t kMaxIndentLevels = 40;
+
+std::string Indent(std::int64_t depth) {
+    if (depth <= kMaxIndentLevels) {
+        return std::string(static_cast<std::size_t>(2 * depth), ' ');
+    }
+    return std::string(static_cast<std::size_t>(2 * kMaxIndentLevels), ' ') + "(level " + std::to_string(depth + 1) +
+           ") ";
+}
+
 std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
     std::ostringstream out;
     out << "map " << MapLabel(*map) << (map == DefaultOrFirstMap(lesson) ? " (default)" : "") << '\n';
     auto storyboards = lesson.Storyboards();
     for (const auto& item : MapItems(*map)) {
-        std::string indent(static_cast<std::size_t>(2 * item.depth), ' ');
+        std::string indent = Indent(item.depth);
         if (item.sbid.empty()) {
             out << indent << "(item without a storyboard identifier)\n";
             continue;
