@@ -33,27 +33,61 @@ std::vector<std::string> SortedNames(const PersistedPropertyCollection& bag) {
 
 void WalkBag(const PersistedPropertyCollection& bag, const std::string& bagPath, int depth,
              const BagVisitor& visitor) {
-    for (const auto& name : SortedNames(bag)) {
-        PropertyVisit visit{bag, name, JoinPath(bagPath, PathName(name)), bag.GetPropertyType(name),
-                            bag.GetEncodingType(name), depth};
+    // One frame a bag or list being walked, on a stack of our own rather
+    // than the call stack. A frame holds its bag or list alive.
+    struct Frame {
+        const PersistedPropertyCollection* bag = nullptr;
+        std::shared_ptr<PersistedPropertyCollection> heldBag;
+        std::vector<std::string> names;
+        std::shared_ptr<ChildElementCollection> list;
+        std::int32_t next = 0;
+        std::string path;
+        int depth = 0;
+    };
+    std::vector<Frame> frames;
+    frames.push_back({&bag, nullptr, SortedNames(bag), nullptr, 0, bagPath, depth});
+    while (!frames.empty()) {
+        Frame& frame = frames.back();
+        if (frame.list) {
+            if (frame.next >= frame.list->Count()) {
+                frames.pop_back();
+                continue;
+            }
+            const std::int32_t i = frame.next++;
+            auto element = frame.list->Item(i);
+            if (!element) {
+                continue;
+            }
+            std::string elementPath = Indexed(frame.path, i);
+            const int elementDepth = frame.depth;
+            if (visitor.element) {
+                visitor.element(ElementVisit{*element, i, elementPath, elementDepth});
+            }
+            auto properties = element->PPCObject();
+            auto names = SortedNames(*properties);
+            frames.push_back({properties.get(), properties, std::move(names), nullptr, 0, std::move(elementPath),
+                              elementDepth + 1});
+            continue;
+        }
+        if (frame.next >= static_cast<std::int32_t>(frame.names.size())) {
+            frames.pop_back();
+            continue;
+        }
+        const PersistedPropertyCollection& current = *frame.bag;
+        const std::string& name = frame.names[static_cast<std::size_t>(frame.next++)];
+        PropertyVisit visit{current, name, JoinPath(frame.path, PathName(name)), current.GetPropertyType(name),
+                            current.GetEncodingType(name), frame.depth};
         visitor.property(visit);
+        // `frame` may move once a frame is pushed: everything needed is copied first.
+        const int nestedDepth = frame.depth + 1;
         if (visit.type == ptPPC) {
-            if (auto nested = bag.GetPPC(name, nullptr)) {
-                WalkBag(*nested, visit.path, depth + 1, visitor);
+            if (auto nested = current.GetPPC(name, nullptr)) {
+                auto names = SortedNames(*nested);
+                frames.push_back({nested.get(), nested, std::move(names), nullptr, 0, visit.path, nestedDepth});
             }
         } else if (visit.type == ptCEC) {
-            if (auto list = bag.GetCEC(name, nullptr)) {
-                for (std::int32_t i = 0; i < list->Count(); ++i) {
-                    auto element = list->Item(i);
-                    if (!element) {
-                        continue;
-                    }
-                    std::string elementPath = Indexed(visit.path, i);
-                    if (visitor.element) {
-                        visitor.element(ElementVisit{*element, i, elementPath, depth + 1});
-                    }
-                    WalkBag(*element->PPCObject(), elementPath, depth + 2, visitor);
-                }
+            if (auto list = current.GetCEC(name, nullptr)) {
+                frames.push_back({nullptr, nullptr, {}, list, 0, visit.path, nestedDepth});
             }
         }
     }

@@ -54,7 +54,21 @@ private:
         return std::string(TypeName(bag.GetPropertyType(name))) + ", " +
                std::string(EncodingLabel(bag.GetEncodingType(name))) + ": " + ValueText(bag, name);
     }
-    void Lists(const ChildElementCollection& a, const ChildElementCollection& b, const std::string& path);
+    // Two bags, or two lists, compared side by side; a pair holds what it
+    // compares alive.
+    struct Pair {
+        const PersistedPropertyCollection* a = nullptr;
+        const PersistedPropertyCollection* b = nullptr;
+        const ChildElementCollection* listA = nullptr;
+        const ChildElementCollection* listB = nullptr;
+        std::shared_ptr<PersistedPropertyCollection> heldA, heldB;
+        std::function<std::string(std::int32_t)> pathOf;
+        std::string path;
+        std::vector<std::string> names;
+        std::size_t next = 0;
+        std::shared_ptr<ChildElementCollection> heldListA, heldListB;
+    };
+    void Walk(Pair first);
     void Elements(const ChildElementCollection& a, const ChildElementCollection& b,
                   const std::function<std::string(std::int32_t)>& pathOf);
     void MapItemsOf(const LessonMap& a, const LessonMap& b, const std::string& place);
@@ -72,8 +86,70 @@ void LessonDiff::Identity(const Lesson& a, const Lesson& b) {
 
 void LessonDiff::Bags(const PersistedPropertyCollection& a, const PersistedPropertyCollection& b,
                       const std::string& path) {
-    for (const auto& name : SortedNames(a)) {
-        const std::string place = JoinPath(path, PathName(name));
+    Walk(Pair{&a, &b, nullptr, nullptr, nullptr, nullptr, {}, path, SortedNames(a), 0, nullptr, nullptr});
+}
+
+void LessonDiff::Elements(const ChildElementCollection& a, const ChildElementCollection& b,
+                          const std::function<std::string(std::int32_t)>& pathOf) {
+    Pair pair;
+    pair.listA = &a;
+    pair.listB = &b;
+    pair.pathOf = pathOf;
+    Walk(std::move(pair));
+}
+
+// Compares bags and lists on a stack of our own, never by calling itself:
+// a nested bag or list is compared right after the line of the property
+// that holds it, as a person reads the difference.
+void LessonDiff::Walk(Pair first) {
+    std::vector<Pair> stack;
+    stack.push_back(std::move(first));
+    auto pushBags = [&](std::shared_ptr<PersistedPropertyCollection> a, std::shared_ptr<PersistedPropertyCollection> b,
+                        const std::string& path) {
+        if (!a) a = PersistedPropertyCollection::Create();
+        if (!b) b = PersistedPropertyCollection::Create();
+        Pair pair{a.get(), b.get(), nullptr, nullptr, a, b, {}, path, SortedNames(*a), 0, nullptr, nullptr};
+        stack.push_back(std::move(pair));
+    };
+    while (!stack.empty()) {
+        Pair& top = stack.back();
+        if (top.listA != nullptr) {
+            const ChildElementCollection& a = *top.listA;
+            const ChildElementCollection& b = *top.listB;
+            if (top.next >= static_cast<std::size_t>(std::max(a.Count(), b.Count()))) {
+                stack.pop_back();
+                continue;
+            }
+            const auto i = static_cast<std::int32_t>(top.next++);
+            auto elementA = a.Item(i);
+            auto elementB = b.Item(i);
+            const std::string place = top.pathOf(i);
+            if (elementA && !elementB) {
+                Line('-') << place << " (" << Quoted(elementA->Name()) << ", type " << Quoted(elementA->ElementType())
+                          << ")\n";
+            } else if (!elementA && elementB) {
+                Line('+') << place << " (" << Quoted(elementB->Name()) << ", type " << Quoted(elementB->ElementType())
+                          << ")\n";
+            } else if (elementA && elementB) {
+                Field(place, "name", elementA->Name(), elementB->Name());
+                Field(place, "type", elementA->ElementType(), elementB->ElementType());
+                pushBags(elementA->PPCObject(), elementB->PPCObject(), place);
+            }
+            continue;
+        }
+        const PersistedPropertyCollection& a = *top.a;
+        const PersistedPropertyCollection& b = *top.b;
+        if (top.next >= top.names.size()) {
+            for (const auto& name : SortedNames(b)) {
+                if (!a.Exists(name)) {
+                    Line('+') << JoinPath(top.path, PathName(name)) << " (" << Described(b, name) << ")\n";
+                }
+            }
+            stack.pop_back();
+            continue;
+        }
+        const std::string name = top.names[top.next++];
+        const std::string place = JoinPath(top.path, PathName(name));
         if (!b.Exists(name)) {
             Line('-') << place << " (" << Described(a, name) << ")\n";
             continue;
@@ -86,45 +162,19 @@ void LessonDiff::Bags(const PersistedPropertyCollection& a, const PersistedPrope
             Line('~') << place << " (" << Described(a, name) << ") -> (" << Described(b, name) << ")\n";
         }
         if (nested && type == ptPPC) {
-            auto nestedA = a.GetPPC(name, nullptr);
-            auto nestedB = b.GetPPC(name, nullptr);
-            Bags(nestedA ? *nestedA : *PersistedPropertyCollection::Create(),
-                 nestedB ? *nestedB : *PersistedPropertyCollection::Create(), place);
+            pushBags(a.GetPPC(name, nullptr), b.GetPPC(name, nullptr), place);
         } else if (nested) {
             auto listA = a.GetCEC(name, nullptr);
             auto listB = b.GetCEC(name, nullptr);
-            Lists(listA ? *listA : *ChildElementCollection::Create(), listB ? *listB : *ChildElementCollection::Create(),
-                  place);
-        }
-    }
-    for (const auto& name : SortedNames(b)) {
-        if (!a.Exists(name)) {
-            Line('+') << JoinPath(path, PathName(name)) << " (" << Described(b, name) << ")\n";
-        }
-    }
-}
-
-void LessonDiff::Lists(const ChildElementCollection& a, const ChildElementCollection& b, const std::string& path) {
-    Elements(a, b, [&](std::int32_t i) { return Indexed(path, i); });
-}
-
-void LessonDiff::Elements(const ChildElementCollection& a, const ChildElementCollection& b,
-                          const std::function<std::string(std::int32_t)>& pathOf) {
-    const std::int32_t count = std::max(a.Count(), b.Count());
-    for (std::int32_t i = 0; i < count; ++i) {
-        auto elementA = a.Item(i);
-        auto elementB = b.Item(i);
-        const std::string place = pathOf(i);
-        if (elementA && !elementB) {
-            Line('-') << place << " (" << Quoted(elementA->Name()) << ", type " << Quoted(elementA->ElementType())
-                      << ")\n";
-        } else if (!elementA && elementB) {
-            Line('+') << place << " (" << Quoted(elementB->Name()) << ", type " << Quoted(elementB->ElementType())
-                      << ")\n";
-        } else if (elementA && elementB) {
-            Field(place, "name", elementA->Name(), elementB->Name());
-            Field(place, "type", elementA->ElementType(), elementB->ElementType());
-            Bags(*elementA->PPCObject(), *elementB->PPCObject(), place);
+            if (!listA) listA = ChildElementCollection::Create();
+            if (!listB) listB = ChildElementCollection::Create();
+            Pair pair;
+            pair.listA = listA.get();
+            pair.listB = listB.get();
+            pair.heldListA = listA;
+            pair.heldListB = listB;
+            pair.pathOf = [place](std::int32_t i) { return Indexed(place, i); };
+            stack.push_back(std::move(pair));
         }
     }
 }
