@@ -60,9 +60,12 @@ int RunCheck(const CheckOptions& options) {
         ignored.insert(code);
     }
 
-    auto input = ReadInput(options.file);
+    auto input = ReadInput(options.file, false);
     auto lesson = LoadLesson(input);
     Findings findings;
+    for (const auto& note : input.decoded.notes) {
+        findings.Add(note.code, "file", note.sentence);
+    }
     // The reader's own view of the file: the same text, cleaned as it cleans it.
     auto document = xml::Document::Create();
     std::set<std::string> fileSbids;

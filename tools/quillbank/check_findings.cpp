@@ -10,7 +10,7 @@ namespace {
 constexpr auto E = Severity::Error;
 constexpr auto W = Severity::Warning;
 
-constexpr std::array<FindingKind, 28> kCatalogue = {{
+constexpr std::array<FindingKind, 32> kCatalogue = {{
     {"L01", W, "the lesson's title is empty"},
     {"L02", E, "the lesson element has no lesson identifier"},
     {"L03", W, "a part of the lesson stands twice; only the last is read"},
@@ -39,10 +39,10 @@ constexpr std::array<FindingKind, 28> kCatalogue = {{
     {"R01", W, "the reader skips an element it does not know"},
     {"R02", W, "a string value is split by a comment, CDATA or an element; only the first text is read"},
     {"R03", E, "a bag or list is nested deeper than the reader's limit; the reader drops it"},
-    //TMP{"E01", W, "the file is UTF-8 with a few invalid bytes, read as Windows-1252 characters"},
-    //TMP{"E02", W, "the file is UTF-16 without a byte-order mark"},
-    //TMP{"E03", W, "the file is not UTF-8 and names no encoding; it was read as Windows-1252"},
-    //TMP{"E04", W, "the XML declaration names another encoding than the one the file was read in"},
+    {"E01", W, "the file is UTF-8 with a few invalid bytes, read as Windows-1252 characters"},
+    {"E02", W, "the file is UTF-16 without a byte-order mark"},
+    {"E03", W, "the file is not valid UTF-8 and was read as Windows-1252"},
+    {"E04", W, "the XML declaration names another encoding than the one the file was read in"},
 }};
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <vector>
@@ -92,7 +93,18 @@ std::uint64_t MaxInputSize() {
     return maxInputSize.load();
 }
 
-InputFile ReadInput(const std::string& path) {
+void PrintNotes(const InputFile& input) {
+    std::string lines;
+    for (const auto& note : input.decoded.notes) {
+        lines += "quillbank: " + input.displayName + ": warning: " + note.sentence + "\n";
+    }
+    if (!lines.empty()) {
+        std::fflush(stdout);
+        std::fwrite(lines.data(), 1, lines.size(), stderr);
+    }
+}
+
+InputFile ReadInput(const std::string& path, bool printNotes) {
     InputFile input;
     input.path = path;
     input.displayName = path == kStandardStream ? "(standard input)" : path;
@@ -110,6 +122,9 @@ InputFile ReadInput(const std::string& path) {
         input.decoded = std::move(*decoded);
     } catch (const std::bad_alloc&) {
         OutOfMemory(input.displayName);
+    }
+    if (printNotes) {
+        PrintNotes(input);
     }
     return input;
 }

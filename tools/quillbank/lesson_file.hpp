@@ -29,8 +29,14 @@ std::uint64_t MaxInputSize();
 // Reads and decodes a whole file. Raises ToolError naming the file when it
 // cannot be read, is larger than MaxInputSize() (a regular file is refused
 // before it is read), is empty, is UTF-16 that does not decode, or when
-// memory runs out ("not enough memory to read FILE").
-InputFile ReadInput(const std::string& path);
+// memory runs out ("not enough memory to read FILE"). Each guess the
+// decoder made is printed on standard error as a warning line ("quillbank:
+// FILE: warning: ...") unless `printNotes` is false (check reports them as
+// findings instead).
+InputFile ReadInput(const std::string& path, bool printNotes = true);
+
+// The warning line of each note, printed in one write.
+void PrintNotes(const InputFile& input);
 
 // Reads the decoded text as a lesson. Raises ToolError with the library's
 // description ("XML string could not be parsed.", "Element is not a <lesson>
