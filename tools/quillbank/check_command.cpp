@@ -16,6 +16,7 @@
 #include "commands.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
+#include "reading_losses.hpp"
 #include "tool_error.hpp"
 
 namespace quillbank::tool {
@@ -63,15 +64,7 @@ int RunCheck(const CheckOptions& options) {
     auto input = ReadInput(options.file, false);
     auto lesson = LoadLesson(input);
     Findings findings;
-    for (const auto& note : input.decoded.notes) {
-        findings.Add(note.code, "file", note.sentence);
-    }
-    // The reader's own view of the file: the same text, cleaned as it cleans it.
-    auto document = xml::Document::Create();
-    std::set<std::string> fileSbids;
-    if (document.LoadXML(Functions::CleanXMLString(input.decoded.text))) {
-        fileSbids = CheckDocument(document, findings);
-    }
+    std::set<std::string> fileSbids = CheckFileText(input, findings);
     CheckLesson(*lesson, fileSbids, findings);
 
     std::ostringstream out;

@@ -20,6 +20,9 @@ struct FindingKind {
     std::string_view code;
     Severity severity;
     std::string_view summary;
+    // What the reader drops, merges, makes up or guesses: the writing
+    // subcommands warn about these, and --strict refuses to write.
+    bool reading = false;
 };
 
 // Every code check can report, in documentation order.

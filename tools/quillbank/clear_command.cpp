@@ -4,6 +4,7 @@
 #include <quillbank/lesson.hpp>
 
 #include "commands.hpp"
+#include "plain_properties.hpp"
 #include "output_file.hpp"
 #include "tool_error.hpp"
 #include "write_options.hpp"
@@ -19,11 +20,11 @@ Command AddClearCommand(CLI::App& program) {
                   "Indent the result (with an XML declaration; characters outside ASCII become character "
                   "references). Meant for reading: whitespace-only text does not survive it");
     return {app, [options, pretty] {
-                ReadTransformWrite(*options, false, "clear", [&](const Lesson& lesson) {
+                return ReadTransformWrite(*options, false, "clear", [&](Lesson& lesson) {
+                    WriteEveryPropertyPlain(lesson);
                     std::string text = lesson.ToClearXMLString();
                     return *pretty ? Functions::FormatXMLString(text) : text;
                 });
-                return kExitOk;
             }};
 }
 

@@ -6,6 +6,8 @@
 // not the lesson, and is never compared.
 
 #include <algorithm>
+#include <cctype>
+#include <set>
 #include <functional>
 #include <map>
 #include <memory>
@@ -16,6 +18,8 @@
 #include <quillbank/child_element_collection.hpp>
 #include <quillbank/lesson.hpp>
 #include <quillbank/lesson_map_collection.hpp>
+#include <quillbank/storyboard.hpp>
+#include <quillbank/storyboard_collection.hpp>
 
 #include "bag_walk.hpp"
 #include "commands.hpp"
@@ -30,15 +34,43 @@ namespace quillbank::tool {
 
 namespace {
 
+constexpr const char* kNoIdentifier = "(none in the file)";
+
+// A lesson and the identifiers its reader made up because the file had
+// none: they are new at every reading, so comparing them would make a file
+// differ from itself.
+struct ReadLessonFile {
+    std::shared_ptr<Lesson> lesson;
+    bool lessonIdMadeUp = false;
+    std::set<std::string> madeUpSbids;
+};
+
+// The file is read twice: what differs between the two readings was made up.
+ReadLessonFile ReadForComparing(const std::string& path) {
+    auto input = ReadInput(path);
+    ReadLessonFile file;
+    file.lesson = LoadLesson(input);
+    auto again = LoadLesson(input);
+    file.lessonIdMadeUp = file.lesson->LessonID() != again->LessonID();
+    auto first = file.lesson->Storyboards()->begin();
+    auto second = again->Storyboards()->begin();
+    for (; first != file.lesson->Storyboards()->end() && second != again->Storyboards()->end(); ++first, ++second) {
+        if ((*first)->SBID() != (*second)->SBID()) {
+            file.madeUpSbids.insert((*first)->SBID());
+        }
+    }
+    return file;
+}
+
 class LessonDiff {
 public:
     std::string Text() const { return out_.str(); }
     bool Differs() const { return differs_; }
 
-    void Identity(const Lesson& a, const Lesson& b);
+    void Identity(const ReadLessonFile& a, const ReadLessonFile& b);
     void Bags(const PersistedPropertyCollection& a, const PersistedPropertyCollection& b, const std::string& path);
     void Maps(const Lesson& a, const Lesson& b);
-    void Storyboards(const Lesson& a, const Lesson& b);
+    void Storyboards(const ReadLessonFile& a, const ReadLessonFile& b);
 
 private:
     std::ostream& Line(char mark) {
@@ -77,8 +109,11 @@ private:
     bool differs_ = false;
 };
 
-void LessonDiff::Identity(const Lesson& a, const Lesson& b) {
-    Field("lesson", "id", a.LessonID(), b.LessonID());
+void LessonDiff::Identity(const ReadLessonFile& fileA, const ReadLessonFile& fileB) {
+    const Lesson& a = *fileA.lesson;
+    const Lesson& b = *fileB.lesson;
+    Field("lesson", "id", fileA.lessonIdMadeUp ? kNoIdentifier : a.LessonID(),
+          fileB.lessonIdMadeUp ? kNoIdentifier : b.LessonID());
     Field("lesson", "title", a.Title(), b.Title());
     Field("lesson", "identifier", a.Identifier(), b.Identifier());
     Field("lesson", "classification", a.Classification(), b.Classification());
@@ -284,28 +319,50 @@ void LessonDiff::Maps(const Lesson& a, const Lesson& b) {
     }
 }
 
-void LessonDiff::Storyboards(const Lesson& a, const Lesson& b) {
-    auto storyboardsA = a.Storyboards();
-    auto storyboardsB = b.Storyboards();
-    for (const auto& storyboard : *storyboardsA) {
-        const std::string sbid = storyboard->SBID();
-        const std::string place = StoryboardPlace(sbid);
-        auto other = storyboardsB->Item(sbid);
-        if (!other) {
+void LessonDiff::Storyboards(const ReadLessonFile& fileA, const ReadLessonFile& fileB) {
+    // Storyboards are matched by identifier (letter case ignored); those
+    // whose identifier the reader made up, by their order among such.
+    auto keyed = [](const ReadLessonFile& file) {
+        std::vector<std::pair<std::string, std::shared_ptr<Storyboard>>> list;
+        std::int32_t madeUp = 0;
+        for (const auto& storyboard : *file.lesson->Storyboards()) {
+            const bool invented = file.madeUpSbids.count(storyboard->SBID()) > 0;
+            list.emplace_back(invented ? "(no identifier #" + std::to_string(++madeUp) + ")" : storyboard->SBID(),
+                              storyboard);
+        }
+        return list;
+    };
+    auto folded = [](std::string key) {
+        std::transform(key.begin(), key.end(), key.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        return key;
+    };
+    const auto listA = keyed(fileA);
+    const auto listB = keyed(fileB);
+    std::map<std::string, std::shared_ptr<Storyboard>> byKeyA;
+    std::map<std::string, std::shared_ptr<Storyboard>> byKeyB;
+    for (const auto& [key, storyboard] : listA) byKeyA.emplace(folded(key), storyboard);
+    for (const auto& [key, storyboard] : listB) byKeyB.emplace(folded(key), storyboard);
+    for (const auto& [key, storyboard] : listA) {
+        const std::string place = StoryboardPlace(key);
+        auto there = byKeyB.find(folded(key));
+        if (there == byKeyB.end()) {
             Line('-') << place << " (" << Quoted(storyboard->Title()) << ")\n";
             continue;
         }
+        const auto& other = there->second;
         Field(place, "title", storyboard->Title(), other->Title());
         Field(place, "identifier", storyboard->Identifier(), other->Identifier());
         Field(place, "type", storyboard->SBType(), other->SBType());
         Field(place, "classification", storyboard->Classification(), other->Classification());
-        Bags(*storyboard->Properties(), *other->Properties(), StoryboardBagPath(sbid));
+        Bags(*storyboard->Properties(), *other->Properties(), StoryboardBagPath(key));
+        const std::string sbid = key;
         Elements(*storyboard->Children(), *other->Children(),
-                 [&](std::int32_t i) { return ChildElementPath(sbid, i); });
+                 [sbid](std::int32_t i) { return ChildElementPath(sbid, i); });
     }
-    for (const auto& storyboard : *storyboardsB) {
-        if (!storyboardsA->Contains(storyboard->SBID())) {
-            Line('+') << StoryboardPlace(storyboard->SBID()) << " (" << Quoted(storyboard->Title()) << ")\n";
+    for (const auto& [key, storyboard] : listB) {
+        if (byKeyA.count(folded(key)) == 0) {
+            Line('+') << StoryboardPlace(key) << " (" << Quoted(storyboard->Title()) << ")\n";
         }
     }
 }
@@ -329,13 +386,15 @@ Command AddDiffCommand(CLI::App& program) {
                 if (options->first == kStandardStream && options->second == kStandardStream) {
                     throw ToolError("diff: only one of A and B can be standard input");
                 }
-                auto a = ReadLesson(options->first);
-                auto b = ReadLesson(options->second);
+                auto fileA = ReadForComparing(options->first);
+                auto fileB = ReadForComparing(options->second);
+                const Lesson& a = *fileA.lesson;
+                const Lesson& b = *fileB.lesson;
                 LessonDiff diff;
-                diff.Identity(*a, *b);
-                diff.Bags(*a->Properties(), *b->Properties(), LessonBagPath());
-                diff.Maps(*a, *b);
-                diff.Storyboards(*a, *b);
+                diff.Identity(fileA, fileB);
+                diff.Bags(*a.Properties(), *b.Properties(), LessonBagPath());
+                diff.Maps(a, b);
+                diff.Storyboards(fileA, fileB);
                 WriteOutput(kStandardStream, diff.Text());
                 return diff.Differs() ? kExitFindings : kExitOk;
             }};

@@ -17,9 +17,8 @@ Command AddDuplicateCommand(CLI::App& program) {
         "the lesson's own properties and stores locations unencoded");
     auto options = AddWriteOptions(*app, true);
     return {app, [options] {
-                ReadTransformWrite(*options, true, "duplicate",
-                                   [](const Lesson& lesson) { return lesson.Duplicate()->ToXMLString(); });
-                return kExitOk;
+                return ReadTransformWrite(*options, true, "duplicate",
+                                          [](const Lesson& lesson) { return lesson.Duplicate()->ToXMLString(); });
             }};
 }
 

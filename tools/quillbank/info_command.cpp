@@ -11,6 +11,7 @@
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
+#include "property_path.hpp"
 #include "tool_error.hpp"
 
 namespace quillbank::tool {
@@ -18,7 +19,7 @@ namespace quillbank::tool {
 namespace {
 
 std::string OrNone(const std::string& text) {
-    return text.empty() ? "(none)" : text;
+    return text.empty() ? "(none)" : Escaped(text);
 }
 
 std::string Info(const InputFile& input, const Lesson& lesson) {
@@ -32,8 +33,8 @@ std::string Info(const InputFile& input, const Lesson& lesson) {
     }
 
     std::ostringstream out;
-    out << "lesson id:       " << lesson.LessonID() << '\n'
-        << "title:           " << (lesson.Title().empty() ? "(empty)" : lesson.Title()) << '\n'
+    out << "lesson id:       " << Escaped(lesson.LessonID()) << '\n'
+        << "title:           " << (lesson.Title().empty() ? "(empty)" : Escaped(lesson.Title())) << '\n'
         << "identifier:      " << OrNone(lesson.Identifier()) << '\n'
         << "classification:  " << OrNone(lesson.Classification()) << '\n'
         << "encoding:        " << EncodingName(input.decoded.encoding) << '\n'

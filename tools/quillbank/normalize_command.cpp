@@ -13,10 +13,10 @@ Command AddNormalizeCommand(CLI::App& program) {
     auto* app = program.add_subcommand(
         "normalize", "Read the lesson and write it again in the normal form (UTF-8, the library's exact text)");
     auto options = AddWriteOptions(*app, false);
+    options->alwaysWarn = true;
     return {app, [options] {
-                ReadTransformWrite(*options, false, "normalize",
-                                   [](const Lesson& lesson) { return lesson.ToXMLString(); });
-                return kExitOk;
+                return ReadTransformWrite(*options, false, "normalize",
+                                          [](const Lesson& lesson) { return lesson.ToXMLString(); });
             }};
 }
 

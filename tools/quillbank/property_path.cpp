@@ -4,11 +4,45 @@
 
 namespace quillbank::tool {
 
-std::string Quoted(std::string_view text) {
-    std::string out = "\"";
-    for (char c : text) {
+namespace {
+
+// The length of a bidirectional control character (U+200E, U+200F,
+// U+202A..U+202E, U+2066..U+2069) at `i` of UTF-8 text, or 0.
+std::size_t BidiControlAt(std::string_view text, std::size_t i) {
+    if (i + 3 > text.size() || static_cast<unsigned char>(text[i]) != 0xE2) {
+        return 0;
+    }
+    auto second = static_cast<unsigned char>(text[i + 1]);
+    auto third = static_cast<unsigned char>(text[i + 2]);
+    if (second == 0x80 && (third == 0x8E || third == 0x8F || (third >= 0xAA && third <= 0xAE))) {
+        return 3;
+    }
+    if (second == 0x81 && third >= 0xA6 && third <= 0xA9) {
+        return 3;
+    }
+    return 0;
+}
+
+std::string EscapeText(std::string_view text, bool quoted) {
+    std::string out;
+    out.reserve(text.size() + 2);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (std::size_t length = BidiControlAt(text, i)) {
+            // The code point of the three bytes.
+            unsigned cp = ((static_cast<unsigned char>(text[i]) & 0x0Fu) << 12) |
+                          ((static_cast<unsigned char>(text[i + 1]) & 0x3Fu) << 6) |
+                          (static_cast<unsigned char>(text[i + 2]) & 0x3Fu);
+            char buffer[8];
+            std::snprintf(buffer, sizeof buffer, "\\u%04X", cp);
+            out += buffer;
+            i += length - 1;
+            continue;
+        }
         switch (c) {
-        case '"': out += "\\\""; break;
+        case '"':
+            out += quoted ? "\\\"" : "\"";
+            break;
         case '\\': out += "\\\\"; break;
         case '\r': out += "\\r"; break;
         case '\n': out += "\\n"; break;
@@ -23,8 +57,17 @@ std::string Quoted(std::string_view text) {
             }
         }
     }
-    out += '"';
     return out;
+}
+
+}  // namespace
+
+std::string Quoted(std::string_view text) {
+    return "\"" + EscapeText(text, true) + "\"";
+}
+
+std::string Escaped(std::string_view text) {
+    return EscapeText(text, false);
 }
 
 std::string PathName(std::string_view name) {

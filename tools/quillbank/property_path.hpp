@@ -28,7 +28,12 @@ std::string StoryboardBagPath(std::string_view sbid);    // "storyboard SBID / p
 std::string ChildElementPath(std::string_view sbid, std::int32_t index);  // "storyboard SBID / children[i]"
 std::string MapPlace(std::string_view name);             // map "NAME"
 
-// Text in double quotes, with \" \\ \r \n \t and \xNN for other control characters.
+// Text in double quotes, with \" \\ \r \n \t, \xNN for other control
+// characters and \uNNNN for the bidirectional controls (U+200E, U+200F,
+// U+202A to U+202E, U+2066 to U+2069), so that no line break or reordering
+// of the output comes from the file.
 std::string Quoted(std::string_view text);
+// The same without the quotes (a quote stays as it is).
+std::string Escaped(std::string_view text);
 
 }  // namespace quillbank::tool

@@ -48,14 +48,14 @@ std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
         }
         auto storyboard = storyboards->Item(item.sbid);
         if (!storyboard) {
-            out << indent << "(not in the lesson)  " << item.sbid << '\n';
+            out << indent << "(not in the lesson)  " << Escaped(item.sbid) << '\n';
             continue;
         }
-        out << indent << (storyboard->Title().empty() ? "(untitled)" : storyboard->Title());
+        out << indent << (storyboard->Title().empty() ? "(untitled)" : Escaped(storyboard->Title()));
         if (!storyboard->Identifier().empty()) {
-            out << " [" << storyboard->Identifier() << "]";
+            out << " [" << Escaped(storyboard->Identifier()) << "]";
         }
-        out << "  " << item.sbid << '\n';
+        out << "  " << Escaped(item.sbid) << '\n';
     }
     return out.str();
 }

@@ -1,5 +1,9 @@
 #include "write_options.hpp"
 
+#include <cstdio>
+
+#include "reading_losses.hpp"
+
 namespace quillbank::tool {
 
 std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired) {
@@ -13,7 +17,25 @@ std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired
                                  "Replace FILE itself (written to a temporary file, then renamed over it)");
     inPlace->excludes(output);
     output->excludes(inPlace);
+    app.add_flag("--strict", options->strict,
+                 "Write nothing and exit with status 1 when the reader drops, merges, makes up or guesses anything "
+                 "(what quillbank check reports with the codes L02-L04, S02, S04, P03-P05, R01-R03, E01-E04)");
     return options;
+}
+
+bool AcceptReading(const WriteOptions& options, const InputFile& input) {
+    if (!options.alwaysWarn && !options.inPlace && !options.strict) {
+        return true;
+    }
+    const bool lossy = ReportReadingLosses(input);
+    if (lossy && options.strict) {
+        std::fflush(stdout);
+        std::string line = "quillbank: " + input.displayName +
+                           ": --strict: nothing written, because the reader drops or guesses what the warnings say\n";
+        std::fwrite(line.data(), 1, line.size(), stderr);
+        return false;
+    }
+    return true;
 }
 
 }  // namespace quillbank::tool
