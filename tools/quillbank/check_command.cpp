@@ -14,6 +14,7 @@
 
 #include "check_findings.hpp"
 #include "commands.hpp"
+#include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
 #include "reading_losses.hpp"
@@ -24,7 +25,6 @@ namespace quillbank::tool {
 namespace {
 
 struct CheckOptions {
-    std::string file;
     std::vector<std::string> ignore;
     bool listCodes = false;
 };
@@ -42,13 +42,50 @@ std::string Catalogue() {
     return out.str();
 }
 
-int RunCheck(const CheckOptions& options) {
+std::string Counts(int errors, int warnings) {
+    return std::to_string(errors) + (errors == 1 ? " error, " : " errors, ") + std::to_string(warnings) +
+           (warnings == 1 ? " warning" : " warnings");
+}
+
+// One file's report: its findings, then (alone) the line that counts them.
+FileResult CheckOne(const std::string& file, const std::set<std::string>& ignored, bool many) {
+    auto input = ReadInput(file, false);
+    auto lesson = LoadLesson(input);
+    Findings findings;
+    std::set<std::string> fileSbids = CheckFileText(input, findings);
+    CheckLesson(*lesson, fileSbids, findings);
+
+    FileResult result;
+    std::ostringstream out;
+    int skipped = 0;
+    for (const auto& finding : findings.All()) {
+        if (ignored.count(std::string(finding.kind->code)) > 0) {
+            ++skipped;
+            continue;
+        }
+        (finding.kind->severity == Severity::Error ? result.errors : result.warnings) += 1;
+        out << SeverityWord(finding.kind->severity) << ' ' << finding.kind->code << ' ' << finding.place << ": "
+            << finding.sentence << '\n';
+    }
+    if (!many) {
+        out << input.displayName << ": " << Counts(result.errors, result.warnings);
+        if (skipped > 0) {
+            out << ", " << skipped << " ignored";
+        }
+        out << '\n';
+    }
+    result.out = out.str();
+    result.status = result.errors > 0 ? kExitFindings : kExitOk;
+    return result;
+}
+
+int RunCheck(const CheckOptions& options, const BatchOptions& batch) {
     if (options.listCodes) {
         WriteOutput(kStandardStream, Catalogue());
         return kExitOk;
     }
-    if (options.file.empty()) {
-        throw ToolError("check: FILE is required");
+    if (batch.inputs.empty()) {
+        throw ToolError("check: FILE is required (see quillbank check --help)");
     }
     std::set<std::string> ignored;
     for (const auto& given : options.ignore) {
@@ -61,33 +98,27 @@ int RunCheck(const CheckOptions& options) {
         ignored.insert(code);
     }
 
-    auto input = ReadInput(options.file, false);
-    auto lesson = LoadLesson(input);
-    Findings findings;
-    std::set<std::string> fileSbids = CheckFileText(input, findings);
-    CheckLesson(*lesson, fileSbids, findings);
-
-    std::ostringstream out;
-    int errors = 0;
-    int warnings = 0;
-    int skipped = 0;
-    for (const auto& finding : findings.All()) {
-        if (ignored.count(std::string(finding.kind->code)) > 0) {
-            ++skipped;
-            continue;
+    const auto files = ExpandInputs(batch);
+    const bool many = IsMany(batch, files);
+    auto results = RunBatch(files, batch.jobs, many,
+                            [&](const std::string& file) { return CheckOne(file, ignored, many); });
+    if (many) {
+        int errors = 0;
+        int warnings = 0;
+        int unreadable = 0;
+        for (const auto& result : results) {
+            errors += result.errors;
+            warnings += result.warnings;
+            unreadable += result.failed ? 1 : 0;
         }
-        (finding.kind->severity == Severity::Error ? errors : warnings) += 1;
-        out << SeverityWord(finding.kind->severity) << ' ' << finding.kind->code << ' ' << finding.place << ": "
-            << finding.sentence << '\n';
+        std::string line = std::to_string(files.size()) + (files.size() == 1 ? " file, " : " files, ") +
+                           Counts(errors, warnings);
+        if (unreadable > 0) {
+            line += ", " + std::to_string(unreadable) + (unreadable == 1 ? " file" : " files") + " not read";
+        }
+        WriteOutput(kStandardStream, line + "\n");
     }
-    out << input.displayName << ": " << errors << (errors == 1 ? " error, " : " errors, ") << warnings
-        << (warnings == 1 ? " warning" : " warnings");
-    if (skipped > 0) {
-        out << ", " << skipped << " ignored";
-    }
-    out << '\n';
-    WriteOutput(kStandardStream, out.str());
-    return errors > 0 ? kExitFindings : kExitOk;
+    return WorstStatus(results);
 }
 
 }  // namespace
@@ -96,14 +127,16 @@ Command AddCheckCommand(CLI::App& program) {
     auto options = std::make_shared<CheckOptions>();
     auto* app = program.add_subcommand(
         "check", "Report integrity findings, one a line: severity, code, place and a sentence; exit status 1 when an "
-                 "error remains. The codes are listed by --list-codes and explained in docs/check.md");
-    app->add_option("FILE", options->file, "Lesson file, or - for standard input");
+                 "error remains (2 when a file cannot be read). With several files every line starts with the "
+                 "file's name and a last line counts files, errors and warnings. The codes are listed by "
+                 "--list-codes and explained in check.md (installed in share/doc/quillbank)");
+    auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input", false);
     app->add_option("--ignore", options->ignore, "Leave out findings with this code (repeat, or separate with commas)")
         ->type_name("CODE")
         ->delimiter(',')
         ->allow_extra_args(false);
     app->add_flag("--list-codes", options->listCodes, "List every finding code with its severity, and stop");
-    return {app, [options] { return RunCheck(*options); }};
+    return {app, [options, batch] { return RunCheck(*options, *batch); }};
 }
 
 }  // namespace quillbank::tool

@@ -8,6 +8,7 @@
 
 #include "bag_walk.hpp"
 #include "commands.hpp"
+#include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
@@ -57,14 +58,16 @@ std::string Info(const InputFile& input, const Lesson& lesson) {
 }  // namespace
 
 Command AddInfoCommand(CLI::App& program) {
-    auto file = std::make_shared<std::string>();
     auto* app = program.add_subcommand("info", "Show the lesson's identity, its counts and its maps");
-    app->add_option("FILE", *file, "Lesson file, or - for standard input")->required();
-    return {app, [file] {
-                auto input = ReadInput(*file);
-                auto lesson = LoadLesson(input);
-                WriteOutput(kStandardStream, Info(input, *lesson));
-                return kExitOk;
+    auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
+    return {app, [batch] {
+                const auto files = ExpandInputs(*batch);
+                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files), [](const std::string& file) {
+                    auto input = ReadInput(file);
+                    auto lesson = LoadLesson(input);
+                    return FileResult{Info(input, *lesson)};
+                });
+                return WorstStatus(results);
             }};
 }
 

@@ -8,6 +8,7 @@
 
 #include "bag_walk.hpp"
 #include "commands.hpp"
+#include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
 #include "property_path.hpp"
@@ -19,7 +20,6 @@ namespace quillbank::tool {
 namespace {
 
 struct PropsOptions {
-    std::string file;
     std::string storyboard;
 };
 
@@ -80,21 +80,24 @@ Command AddPropsCommand(CLI::App& program) {
     auto* app = program.add_subcommand(
         "props", "Show the property bag of the lesson or of one storyboard (and its child elements): each property's "
                  "name, type, encoding and value, encoded ones decoded, nested bags and lists indented");
-    app->add_option("FILE", options->file, "Lesson file, or - for standard input")->required();
+    auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
     app->add_option("--storyboard", options->storyboard, "Show this storyboard (by its identifier) instead of the lesson");
-    return {app, [options, app] {
-                auto input = ReadInput(options->file);
-                auto lesson = LoadLesson(input);
-                if (app->count("--storyboard") == 0) {
-                    WriteOutput(kStandardStream, LessonProps(*lesson));
-                    return kExitOk;
-                }
-                auto storyboard = lesson->Storyboards()->Item(options->storyboard);
-                if (!storyboard) {
-                    throw ToolError(input.displayName + ": the lesson has no storyboard " + options->storyboard);
-                }
-                WriteOutput(kStandardStream, StoryboardProps(*storyboard));
-                return kExitOk;
+    return {app, [options, batch, app] {
+                const bool storyboardGiven = app->count("--storyboard") > 0;
+                const auto files = ExpandInputs(*batch);
+                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files), [&](const std::string& file) {
+                    auto input = ReadInput(file);
+                    auto lesson = LoadLesson(input);
+                    if (!storyboardGiven) {
+                        return FileResult{LessonProps(*lesson)};
+                    }
+                    auto storyboard = lesson->Storyboards()->Item(options->storyboard);
+                    if (!storyboard) {
+                        throw ToolError(input.displayName + ": the lesson has no storyboard " + options->storyboard);
+                    }
+                    return FileResult{StoryboardProps(*storyboard)};
+                });
+                return WorstStatus(results);
             }};
 }
 

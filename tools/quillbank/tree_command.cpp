@@ -5,8 +5,10 @@
 #include <string>
 
 #include <quillbank/lesson.hpp>
+#include <quillbank/lesson_map_collection.hpp>
 
 #include "commands.hpp"
+#include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
@@ -18,7 +20,6 @@ namespace quillbank::tool {
 namespace {
 
 struct TreeOptions {
-    std::string file;
     std::string map;
     bool mapGiven = false;
 };
@@ -62,30 +63,47 @@ std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
 
 }  // namespace
 
+// The names of the lesson's maps, for a message.
+std::string MapNames(const Lesson& lesson) {
+    auto maps = lesson.Maps();
+    std::string names;
+    for (std::int32_t i = 0; i < maps->Count(); ++i) {
+        names += (i == 0 ? "" : ", ") + MapLabel(*maps->ItemAt(i));
+    }
+    return names;
+}
+
 Command AddTreeCommand(CLI::App& program) {
     auto options = std::make_shared<TreeOptions>();
     auto* app = program.add_subcommand(
         "tree", "Show the navigation tree of a map: one storyboard a line, indented by depth, with its title, "
                 "[identifier] and storyboard identifier");
-    app->add_option("FILE", options->file, "Lesson file, or - for standard input")->required();
+    auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
     app->add_option("--map", options->map, "The map to show (default: the lesson's default map)");
-    return {app, [options, app] {
-                auto input = ReadInput(options->file);
-                auto lesson = LoadLesson(input);
-                std::shared_ptr<LessonMap> map;
-                if (app->count("--map") > 0) {
-                    map = FindMap(*lesson, options->map);
-                    if (!map) {
-                        throw ToolError(input.displayName + ": the lesson has no map named " + Quoted(options->map));
+    return {app, [options, batch, app] {
+                const bool mapGiven = app->count("--map") > 0;
+                const auto files = ExpandInputs(*batch);
+                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files), [&](const std::string& file) {
+                    auto input = ReadInput(file);
+                    auto lesson = LoadLesson(input);
+                    std::shared_ptr<LessonMap> map;
+                    if (mapGiven) {
+                        map = FindMap(*lesson, options->map);
+                        if (!map) {
+                            throw ToolError(input.displayName + ": the lesson has no map named " +
+                                            Quoted(options->map) +
+                                            (lesson->Maps()->Count() == 0 ? "; it has no maps"
+                                                                          : "; its maps: " + MapNames(*lesson)));
+                        }
+                    } else {
+                        map = DefaultOrFirstMap(*lesson);
+                        if (!map) {
+                            throw ToolError(input.displayName + ": the lesson has no maps");
+                        }
                     }
-                } else {
-                    map = DefaultOrFirstMap(*lesson);
-                    if (!map) {
-                        throw ToolError(input.displayName + ": the lesson has no maps");
-                    }
-                }
-                WriteOutput(kStandardStream, Tree(*lesson, map));
-                return kExitOk;
+                    return FileResult{Tree(*lesson, map)};
+                });
+                return WorstStatus(results);
             }};
 }
 

@@ -8,7 +8,8 @@ namespace quillbank::tool {
 
 std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired) {
     auto options = std::make_shared<WriteOptions>();
-    app.add_option("FILE", options->file, "Lesson file, or - for standard input")->required();
+    options->files = AddBatchOptions(app, "Lesson file, or - for standard input (several files or directories with "
+                                          "--in-place)");
     auto* output = app.add_option("-o,--output", options->output,
                                   outputRequired ? "Write to OUT (- for standard output)"
                                                  : "Write to OUT (- for standard output, the default)");
@@ -21,6 +22,13 @@ std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired
                  "Write nothing and exit with status 1 when the reader drops, merges, makes up or guesses anything "
                  "(what quillbank check reports with the codes L02-L04, S02, S04, P03-P05, R01-R03, E01-E04)");
     return options;
+}
+
+void RequireInPlaceForMany(const WriteOptions& options, bool many, std::string_view command) {
+    if (many && !options.inPlace) {
+        throw ToolError(std::string(command) + ": several files (or a directory) need --in-place (see quillbank " +
+                        std::string(command) + " --help)");
+    }
 }
 
 bool AcceptReading(const WriteOptions& options, const InputFile& input) {

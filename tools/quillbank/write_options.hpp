@@ -8,6 +8,7 @@
 
 #include <CLI/App.hpp>
 
+#include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
 #include "tool_error.hpp"
@@ -15,7 +16,7 @@
 namespace quillbank::tool {
 
 struct WriteOptions {
-    std::string file;
+    std::shared_ptr<BatchOptions> files;
     std::string output;
     bool inPlace = false;
     bool strict = false;
@@ -24,7 +25,9 @@ struct WriteOptions {
     bool alwaysWarn = false;
 };
 
-// Adds FILE, -o/--output and --in-place (which exclude each other) and --strict.
+// Adds FILE... (several only with --in-place; directories with -r and
+// --glob as for the reading subcommands), -o/--output and --in-place (which
+// exclude each other) and --strict.
 std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired);
 
 // Refuses to write under --strict when the reader drops or guesses
@@ -35,8 +38,9 @@ bool AcceptReading(const WriteOptions& options, const InputFile& input);
 // written), makes the text with `produce` and writes it. Returns the exit
 // status: 1 when --strict refused to write.
 template <typename Produce>
-int ReadTransformWrite(const WriteOptions& options, bool outputRequired, std::string_view command, Produce produce) {
-    auto input = ReadInput(options.file);
+int ReadTransformWriteOne(const WriteOptions& options, const std::string& file, bool outputRequired,
+                          std::string_view command, Produce produce) {
+    auto input = ReadInput(file);
     std::string target = ChooseOutput(input, options.output, options.inPlace, outputRequired, command);
     auto lesson = LoadLesson(input);
     if (!AcceptReading(options, input)) {
@@ -45,6 +49,23 @@ int ReadTransformWrite(const WriteOptions& options, bool outputRequired, std::st
     std::string text = produce(*lesson);
     WriteOutput(target, text);
     return kExitOk;
+}
+
+// Raises ToolError when several files are given without --in-place.
+void RequireInPlaceForMany(const WriteOptions& options, bool many, std::string_view command);
+
+// ReadTransformWriteOne on every file (in parallel with --in-place); the
+// highest status.
+template <typename Produce>
+int ReadTransformWrite(const WriteOptions& options, bool outputRequired, std::string_view command, Produce produce) {
+    const auto files = ExpandInputs(*options.files);
+    RequireInPlaceForMany(options, IsMany(*options.files, files), command);
+    auto results = RunBatch(files, options.files->jobs, false, [&](const std::string& file) {
+        FileResult result;
+        result.status = ReadTransformWriteOne(options, file, outputRequired, command, produce);
+        return result;
+    });
+    return WorstStatus(results);
 }
 
 }  // namespace quillbank::tool
