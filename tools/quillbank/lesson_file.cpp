@@ -13,6 +13,7 @@
 
 #include <quillbank/error.hpp>
 
+#include "parse_position.hpp"
 #include "tool_error.hpp"
 
 namespace quillbank::tool {
@@ -20,6 +21,9 @@ namespace quillbank::tool {
 namespace {
 
 std::atomic<std::uint64_t> maxInputSize{kDefaultMaxInputSize};
+
+// The library's description of text that is not XML.
+constexpr std::string_view kNotParsed = "XML string could not be parsed.";
 
 [[noreturn]] void TooLarge(const std::string& displayName) {
     throw ToolError(displayName + ": the file is larger than the limit of " + std::to_string(MaxInputSize()) +
@@ -137,7 +141,11 @@ std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
     } catch (const Error& e) {
         // The wrong-form errors say all; others name the member that raised them.
         if (e.Number() == ErrXmlForm) {
-            throw ToolError(input.displayName + ": " + e.Description());
+            std::string place;
+            if (auto where = ParseErrorPlace(input.decoded.text); where && e.Description() == kNotParsed) {
+                place = " (" + *where + ")";
+            }
+            throw ToolError(input.displayName + ": " + e.Description() + place);
         }
         throw ToolError(input.displayName + ": " + e.Source() + ": " + e.Description());
     } catch (const std::bad_alloc&) {

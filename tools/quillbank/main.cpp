@@ -15,6 +15,7 @@
 #include "commands.hpp"
 #include "lesson_file.hpp"
 #include "signal_cleanup.hpp"
+#include "usage_error.hpp"
 #include "tool_error.hpp"
 
 using namespace quillbank::tool;
@@ -49,14 +50,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::CallForVersion& e) {
         return program.exit(e);
     } catch (const CLI::ParseError& e) {
-        // A first argument that names no subcommand reads better said so.
-        std::string first = argc > 1 ? argv[1] : "";
-        if (!first.empty() && first[0] != '-' && program.get_subcommands().empty()) {
-            std::cerr << "quillbank: no subcommand named " << first << " (see quillbank --help)\n";
-            return kExitFailure;
-        }
-        std::cerr << "quillbank: " << e.what() << " (see quillbank --help)\n";
-        return kExitFailure;
+        return ReportUsageError(program, e, argc, argv);
     }
 
     SetMaxInputSize(maxSize);
