@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
   g++ make cmake pkg-config
   libpugixml-dev libicu-dev libcli11-dev
+  # The tool's --json reports, and the schema check of its tests.
+  nlohmann-json3-dev python3 python3-jsonschema
   libgtest-dev libgmock-dev libbenchmark-dev
   # The Windows build: the MinGW-w64 cross compiler, widl for the type
   # library, the IDL files widl imports, Wine to run the tests, and

@@ -15,6 +15,7 @@
 #include "check_findings.hpp"
 #include "commands.hpp"
 #include "file_batch.hpp"
+#include "json_report.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
 #include "reading_losses.hpp"
@@ -48,7 +49,7 @@ std::string Counts(int errors, int warnings) {
 }
 
 // One file's report: its findings, then (alone) the line that counts them.
-FileResult CheckOne(const std::string& file, const std::set<std::string>& ignored, bool many) {
+FileResult CheckOne(const std::string& file, const std::set<std::string>& ignored, bool many, bool json) {
     auto input = ReadInput(file, false);
     auto lesson = LoadLesson(input);
     Findings findings;
@@ -58,14 +59,32 @@ FileResult CheckOne(const std::string& file, const std::set<std::string>& ignore
     FileResult result;
     std::ostringstream out;
     int skipped = 0;
+    Json list = Json::array();
     for (const auto& finding : findings.All()) {
         if (ignored.count(std::string(finding.kind->code)) > 0) {
             ++skipped;
             continue;
         }
         (finding.kind->severity == Severity::Error ? result.errors : result.warnings) += 1;
+        if (json) {
+            list.push_back(Json{{"severity", SeverityWord(finding.kind->severity)},
+                                {"code", finding.kind->code},
+                                {"place", finding.place},
+                                {"sentence", finding.sentence}});
+            continue;
+        }
         out << SeverityWord(finding.kind->severity) << ' ' << finding.kind->code << ' ' << finding.place << ": "
             << finding.sentence << '\n';
+    }
+    result.status = result.errors > 0 ? kExitFindings : kExitOk;
+    if (json) {
+        Json document = ReportHeader("check", file);
+        document["findings"] = std::move(list);
+        document["errors"] = result.errors;
+        document["warnings"] = result.warnings;
+        document["ignored"] = skipped;
+        result.out = JsonLine(document);
+        return result;
     }
     if (!many) {
         out << input.displayName << ": " << Counts(result.errors, result.warnings);
@@ -100,8 +119,10 @@ int RunCheck(const CheckOptions& options, const BatchOptions& batch) {
 
     const auto files = ExpandInputs(batch);
     const bool many = IsMany(batch, files);
-    auto results = RunBatch(files, batch.jobs, many,
-                            [&](const std::string& file) { return CheckOne(file, ignored, many); });
+    auto results = RunBatch(
+        files, batch.jobs, many && !batch.json,
+        [&](const std::string& file) { return CheckOne(file, ignored, many, batch.json); },
+        batch.json ? JsonFailure("check") : nullptr);
     if (many) {
         int errors = 0;
         int warnings = 0;
@@ -116,7 +137,16 @@ int RunCheck(const CheckOptions& options, const BatchOptions& batch) {
         if (unreadable > 0) {
             line += ", " + std::to_string(unreadable) + (unreadable == 1 ? " file" : " files") + " not read";
         }
-        WriteOutput(kStandardStream, line + "\n");
+        if (batch.json) {
+            Json summary;
+            summary["quillbank"] = kReportVersion;
+            summary["command"] = "check";
+            summary["summary"] = Json{{"files", files.size()}, {"errors", errors}, {"warnings", warnings},
+                                      {"notRead", unreadable}};
+            WriteOutput(kStandardStream, JsonLine(summary));
+        } else {
+            WriteOutput(kStandardStream, line + "\n");
+        }
     }
     return WorstStatus(results);
 }
@@ -131,6 +161,7 @@ Command AddCheckCommand(CLI::App& program) {
                  "file's name and a last line counts files, errors and warnings. The codes are listed by "
                  "--list-codes and explained in check.md (installed in share/doc/quillbank)");
     auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input", false);
+    AddJsonFlag(*app, *batch);
     app->add_option("--ignore", options->ignore, "Leave out findings with this code (repeat, or separate with commas)")
         ->type_name("CODE")
         ->delimiter(',')

@@ -23,6 +23,7 @@
 
 #include "bag_walk.hpp"
 #include "commands.hpp"
+#include "json_report.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
@@ -370,7 +371,30 @@ void LessonDiff::Storyboards(const ReadLessonFile& fileA, const ReadLessonFile& 
 struct DiffOptions {
     std::string first;
     std::string second;
+    bool json = false;
 };
+
+// The differences as a JSON document: each line's mark as a kind and the
+// rest of the line as its text.
+std::string DiffJson(const DiffOptions& options, const LessonDiff& diff) {
+    Json document;
+    document["quillbank"] = kReportVersion;
+    document["command"] = "diff";
+    document["a"] = options.first;
+    document["b"] = options.second;
+    document["differs"] = diff.Differs();
+    Json changes = Json::array();
+    std::istringstream lines(diff.Text());
+    for (std::string line; std::getline(lines, line);) {
+        if (line.size() < 2) {
+            continue;
+        }
+        const char* kind = line[0] == '+' ? "added" : line[0] == '-' ? "removed" : "changed";
+        changes.push_back(Json{{"kind", kind}, {"text", line.substr(2)}});
+    }
+    document["changes"] = std::move(changes);
+    return JsonLine(document);
+}
 
 }  // namespace
 
@@ -382,6 +406,9 @@ Command AddDiffCommand(CLI::App& program) {
                 "when they differ");
     app->add_option("A", options->first, "The first lesson file (- for standard input)")->required();
     app->add_option("B", options->second, "The second lesson file (- for standard input)")->required();
+    app->add_flag("--json", options->json,
+                  "Write the differences as one JSON document (the shape is quillbank-report.schema.json, installed "
+                  "in share/doc/quillbank)");
     return {app, [options] {
                 if (options->first == kStandardStream && options->second == kStandardStream) {
                     throw ToolError("diff: only one of A and B can be standard input");
@@ -395,7 +422,7 @@ Command AddDiffCommand(CLI::App& program) {
                 diff.Bags(*a.Properties(), *b.Properties(), LessonBagPath());
                 diff.Maps(a, b);
                 diff.Storyboards(fileA, fileB);
-                WriteOutput(kStandardStream, diff.Text());
+                WriteOutput(kStandardStream, options->json ? DiffJson(*options, diff) : diff.Text());
                 return diff.Differs() ? kExitFindings : kExitOk;
             }};
 }

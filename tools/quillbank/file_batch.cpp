@@ -69,7 +69,8 @@ std::string Prefixed(const std::string& text, const std::string& name) {
     return out;
 }
 
-FileResult RunOne(const std::string& file, const std::function<FileResult(const std::string&)>& run) {
+FileResult RunOne(const std::string& file, const std::function<FileResult(const std::string&)>& run,
+                  const std::function<std::string(const std::string&, const std::string&)>& failureLine) {
     std::string message;
     try {
         return run(file);
@@ -87,6 +88,9 @@ FileResult RunOne(const std::string& file, const std::function<FileResult(const 
     FileResult failed;
     failed.status = kExitFailure;
     failed.failed = true;
+    if (failureLine) {
+        failed.out = failureLine(file, message);
+    }
     return failed;
 }
 
@@ -104,6 +108,12 @@ std::shared_ptr<BatchOptions> AddBatchOptions(CLI::App& app, const std::string& 
     app.add_option("-j,--jobs", options->jobs, "Work on this many files at once (default: one a core)")
         ->type_name("N");
     return options;
+}
+
+void AddJsonFlag(CLI::App& app, BatchOptions& options) {
+    app.add_flag("--json", options.json,
+                 "Write one JSON document a file, one a line (JSON Lines with several files); the shape is "
+                 "quillbank-report.schema.json (installed in share/doc/quillbank)");
 }
 
 std::vector<std::string> ExpandInputs(const BatchOptions& options) {
@@ -127,7 +137,8 @@ bool IsMany(const BatchOptions& options, const std::vector<std::string>& files) 
 }
 
 std::vector<FileResult> RunBatch(const std::vector<std::string>& files, unsigned jobs, bool prefix,
-                                 const std::function<FileResult(const std::string&)>& run) {
+                                 const std::function<FileResult(const std::string&)>& run,
+                                 const std::function<std::string(const std::string&, const std::string&)>& failureLine) {
     std::vector<std::optional<FileResult>> done(files.size());
     std::vector<FileResult> results(files.size());
     std::mutex mutex;
@@ -140,7 +151,7 @@ std::vector<FileResult> RunBatch(const std::vector<std::string>& files, unsigned
             if (i >= files.size()) {
                 return;
             }
-            FileResult result = RunOne(files[i], run);
+            FileResult result = RunOne(files[i], run, failureLine);
             std::lock_guard lock(mutex);
             done[i] = std::move(result);
             ready.notify_all();
@@ -158,7 +169,7 @@ std::vector<FileResult> RunBatch(const std::vector<std::string>& files, unsigned
     }
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (threads <= 1) {
-            done[i] = RunOne(files[i], run);
+            done[i] = RunOne(files[i], run, failureLine);
         }
         {
             std::unique_lock lock(mutex);

@@ -18,7 +18,11 @@ struct BatchOptions {
     bool recursive = false;
     std::string glob = "*.xml";
     unsigned jobs = 0;  // 0: one a core
+    bool json = false;  // --json, on the subcommands that offer it
 };
+
+// Adds --json to a subcommand of these options.
+void AddJsonFlag(CLI::App& app, BatchOptions& options);
 
 // Adds FILE... (required unless `required` is false), -r/--recursive,
 // --glob and -j/--jobs.
@@ -47,8 +51,12 @@ struct FileResult {
 // error, lack of memory) is its message on standard error and status 2; the
 // others go on. When `prefix` is set, every line of output starts with the
 // file's name and ": ". Returns every file's result, in order.
+// With `failureLine`, a file that fails also gets that text as its output
+// (the --json error document).
 std::vector<FileResult> RunBatch(const std::vector<std::string>& files, unsigned jobs, bool prefix,
-                                 const std::function<FileResult(const std::string&)>& run);
+                                 const std::function<FileResult(const std::string&)>& run,
+                                 const std::function<std::string(const std::string& file, const std::string& message)>&
+                                     failureLine = {});
 
 // The highest status of the results (0 for none).
 int WorstStatus(const std::vector<FileResult>& results);

@@ -9,6 +9,7 @@
 #include "bag_walk.hpp"
 #include "commands.hpp"
 #include "file_batch.hpp"
+#include "json_report.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
@@ -21,6 +22,47 @@ namespace {
 
 std::string OrNone(const std::string& text) {
     return text.empty() ? "(none)" : Escaped(text);
+}
+
+struct Counts {
+    std::int32_t allProperties = 0;
+    std::int32_t childElements = 0;
+};
+
+Counts CountOf(const Lesson& lesson) {
+    Counts counts;
+    for (const auto& placed : LessonBags(lesson)) {
+        WalkBag(*placed.bag, placed.path, 0, {[&](const PropertyVisit&) { ++counts.allProperties; }, {}});
+    }
+    for (const auto& storyboard : *lesson.Storyboards()) {
+        counts.childElements += storyboard->Children()->Count();
+    }
+    return counts;
+}
+
+std::string InfoJson(const InputFile& input, const Lesson& lesson) {
+    const Counts counts = CountOf(lesson);
+    Json document = ReportHeader("info", input.path);
+    document["lessonId"] = lesson.LessonID();
+    document["title"] = lesson.Title();
+    document["identifier"] = lesson.Identifier();
+    document["classification"] = lesson.Classification();
+    document["encoding"] = EncodingName(input.decoded.encoding);
+    document["properties"] = Json{{"lesson", lesson.Properties()->Count()}, {"all", counts.allProperties}};
+    document["storyboards"] = lesson.Storyboards()->Count();
+    document["childElements"] = counts.childElements;
+    Json maps = Json::array();
+    auto defaultMap = DefaultOrFirstMap(lesson);
+    auto all = lesson.Maps();
+    for (std::int32_t i = 0; i < all->Count(); ++i) {
+        auto map = all->ItemAt(i);
+        auto name = MapName(*map);
+        maps.push_back(Json{{"name", name ? Json(*name) : Json(nullptr)},
+                            {"default", map == defaultMap},
+                            {"items", MapItems(*map).size()}});
+    }
+    document["maps"] = std::move(maps);
+    return JsonLine(document);
 }
 
 std::string Info(const InputFile& input, const Lesson& lesson) {
@@ -60,13 +102,18 @@ std::string Info(const InputFile& input, const Lesson& lesson) {
 Command AddInfoCommand(CLI::App& program) {
     auto* app = program.add_subcommand("info", "Show the lesson's identity, its counts and its maps");
     auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
+    AddJsonFlag(*app, *batch);
     return {app, [batch] {
                 const auto files = ExpandInputs(*batch);
-                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files), [](const std::string& file) {
-                    auto input = ReadInput(file);
-                    auto lesson = LoadLesson(input);
-                    return FileResult{Info(input, *lesson)};
-                });
+                const bool json = batch->json;
+                auto results = RunBatch(
+                    files, batch->jobs, IsMany(*batch, files) && !json,
+                    [json](const std::string& file) {
+                        auto input = ReadInput(file);
+                        auto lesson = LoadLesson(input);
+                        return FileResult{json ? InfoJson(input, *lesson) : Info(input, *lesson)};
+                    },
+                    json ? JsonFailure("info") : nullptr);
                 return WorstStatus(results);
             }};
 }

@@ -9,6 +9,7 @@
 
 #include "commands.hpp"
 #include "file_batch.hpp"
+#include "json_report.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "output_file.hpp"
@@ -63,6 +64,26 @@ std::string Tree(const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
 
 }  // namespace
 
+std::string TreeJson(const std::string& file, const Lesson& lesson, const std::shared_ptr<LessonMap>& map) {
+    Json document = ReportHeader("tree", file);
+    auto name = MapName(*map);
+    document["map"] = Json{{"name", name ? Json(*name) : Json(nullptr)}, {"default", map == DefaultOrFirstMap(lesson)}};
+    Json items = Json::array();
+    auto storyboards = lesson.Storyboards();
+    for (const auto& item : MapItems(*map)) {
+        Json entry{{"level", item.depth + 1}, {"sbid", item.hasSbid ? Json(item.sbid) : Json(nullptr)}};
+        auto storyboard = item.sbid.empty() ? nullptr : storyboards->Item(item.sbid);
+        entry["inLesson"] = storyboard != nullptr;
+        if (storyboard) {
+            entry["title"] = storyboard->Title();
+            entry["identifier"] = storyboard->Identifier();
+        }
+        items.push_back(std::move(entry));
+    }
+    document["items"] = std::move(items);
+    return JsonLine(document);
+}
+
 // The names of the lesson's maps, for a message.
 std::string MapNames(const Lesson& lesson) {
     auto maps = lesson.Maps();
@@ -79,11 +100,13 @@ Command AddTreeCommand(CLI::App& program) {
         "tree", "Show the navigation tree of a map: one storyboard a line, indented by depth, with its title, "
                 "[identifier] and storyboard identifier");
     auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
+    AddJsonFlag(*app, *batch);
     app->add_option("--map", options->map, "The map to show (default: the lesson's default map)");
     return {app, [options, batch, app] {
                 const bool mapGiven = app->count("--map") > 0;
                 const auto files = ExpandInputs(*batch);
-                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files), [&](const std::string& file) {
+                const bool json = batch->json;
+                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files) && !json, [&](const std::string& file) {
                     auto input = ReadInput(file);
                     auto lesson = LoadLesson(input);
                     std::shared_ptr<LessonMap> map;
@@ -101,8 +124,8 @@ Command AddTreeCommand(CLI::App& program) {
                             throw ToolError(input.displayName + ": the lesson has no maps");
                         }
                     }
-                    return FileResult{Tree(*lesson, map)};
-                });
+                    return FileResult{json ? TreeJson(file, *lesson, map) : Tree(*lesson, map)};
+                }, json ? JsonFailure("tree") : nullptr);
                 return WorstStatus(results);
             }};
 }
