@@ -24,5 +24,7 @@ Command AddNormalizeCommand(CLI::App& program);
 Command AddDuplicateCommand(CLI::App& program);
 Command AddCheckCommand(CLI::App& program);
 Command AddDiffCommand(CLI::App& program);
+Command AddLsCommand(CLI::App& program);
+Command AddGrepCommand(CLI::App& program);
 
 }  // namespace quillbank::tool
