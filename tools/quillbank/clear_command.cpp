@@ -16,6 +16,7 @@ Command AddClearCommand(CLI::App& program) {
         "clear", "Write the clear form: every encoded property written plain, for reading by people");
     auto options = AddWriteOptions(*app, false);
     auto pretty = std::make_shared<bool>(false);
+    AddKeepDocumentId(*app, *options);
     app->add_flag("--pretty", *pretty,
                   "Indent the result (with an XML declaration; characters outside ASCII become character "
                   "references). Meant for reading: whitespace-only text does not survive it");

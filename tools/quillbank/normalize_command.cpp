@@ -14,6 +14,7 @@ Command AddNormalizeCommand(CLI::App& program) {
         "normalize", "Read the lesson and write it again in the normal form (UTF-8, the library's exact text)");
     auto options = AddWriteOptions(*app, false);
     options->alwaysWarn = true;
+    AddKeepDocumentId(*app, *options);
     return {app, [options] {
                 return ReadTransformWrite(*options, false, "normalize",
                                           [](const Lesson& lesson) { return lesson.ToXMLString(); });

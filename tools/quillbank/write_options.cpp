@@ -24,6 +24,12 @@ std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired
     return options;
 }
 
+void AddKeepDocumentId(CLI::App& app, WriteOptions& options) {
+    app.add_flag("--keep-documentid", options.keepDocumentId,
+                 "Keep the file's \"documentid\" instead of a new one, so that rewriting an unchanged file gives the "
+                 "same bytes (a file without one gets a new one)");
+}
+
 void RequireInPlaceForMany(const WriteOptions& options, bool many, std::string_view command) {
     if (many && !options.inPlace) {
         throw ToolError(std::string(command) + ": several files (or a directory) need --in-place (see quillbank " +

@@ -8,6 +8,7 @@
 
 #include <CLI/App.hpp>
 
+#include "document_id.hpp"
 #include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "output_file.hpp"
@@ -23,7 +24,11 @@ struct WriteOptions {
     // normalize warns about what the reader drops on every write; the
     // others with --in-place (or --strict).
     bool alwaysWarn = false;
+    bool keepDocumentId = false;  // --keep-documentid (normalize and clear)
 };
+
+// Adds --keep-documentid.
+void AddKeepDocumentId(CLI::App& app, WriteOptions& options);
 
 // Adds FILE... (several only with --in-place; directories with -r and
 // --glob as for the reading subcommands), -o/--output and --in-place (which
@@ -47,6 +52,11 @@ int ReadTransformWriteOne(const WriteOptions& options, const std::string& file, 
         return kExitFindings;
     }
     std::string text = produce(*lesson);
+    if (options.keepDocumentId) {
+        if (auto documentId = DocumentIdOf(input.decoded.text)) {
+            text = WithDocumentId(std::move(text), *documentId);
+        }
+    }
     WriteOutput(target, text);
     return kExitOk;
 }
