@@ -8,6 +8,8 @@ packages=(
   libpugixml-dev libicu-dev libcli11-dev
   # The tool's --json reports, and the schema check of its tests.
   nlohmann-json3-dev python3 python3-jsonschema
+  # The manual page's check (groff) and the git text converter's test.
+  groff-base git
   libgtest-dev libgmock-dev libbenchmark-dev
   # The Windows build: the MinGW-w64 cross compiler, widl for the type
   # library, the IDL files widl imports, Wine to run the tests, and
