@@ -10,6 +10,8 @@ packages=(
   nlohmann-json3-dev python3 python3-jsonschema
   # The manual page's check (groff) and the git text converter's test.
   groff-base git
+  # scripts/bench-tool.sh measures the tool beside xmllint.
+  libxml2-utils bc
   libgtest-dev libgmock-dev libbenchmark-dev
   # The Windows build: the MinGW-w64 cross compiler, widl for the type
   # library, the IDL files widl imports, Wine to run the tests, and
