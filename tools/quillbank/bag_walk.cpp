@@ -26,9 +26,19 @@ std::vector<std::string> SortedNames(const PersistedPropertyCollection& bag) {
         return {};
     }
     auto names = bag.GetPropertyNameArray();
-    std::stable_sort(names.begin(), names.end(),
-                     [](const std::string& a, const std::string& b) { return Folded(a) < Folded(b); });
-    return names;
+    // Each name folded once, not at every comparison.
+    std::vector<std::pair<std::string, std::size_t>> keys;
+    keys.reserve(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        keys.emplace_back(Folded(names[i]), i);
+    }
+    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<std::string> sorted;
+    sorted.reserve(names.size());
+    for (const auto& key : keys) {
+        sorted.push_back(std::move(names[key.second]));
+    }
+    return sorted;
 }
 
 void WalkBag(const PersistedPropertyCollection& bag, const std::string& bagPath, int depth,
@@ -75,22 +85,29 @@ void WalkBag(const PersistedPropertyCollection& bag, const std::string& bagPath,
         }
         const PersistedPropertyCollection& current = *frame.bag;
         const std::string& name = frame.names[static_cast<std::size_t>(frame.next++)];
-        PropertyVisit visit{current, name, JoinPath(frame.path, PathName(name)), current.GetPropertyType(name),
-                            current.GetEncodingType(name), frame.depth};
+        const PropertyVisit visit{current, name, frame.path, current.GetPropertyType(name),
+                                  current.GetEncodingType(name), frame.depth};
         visitor.property(visit);
         // `frame` may move once a frame is pushed: everything needed is copied first.
         const int nestedDepth = frame.depth + 1;
-        if (visit.type == ptPPC) {
+        const PropertyTypes type = visit.type;
+        if (type == ptPPC) {
             if (auto nested = current.GetPPC(name, nullptr)) {
                 auto names = SortedNames(*nested);
-                frames.push_back({nested.get(), nested, std::move(names), nullptr, 0, visit.path, nestedDepth});
+                std::string path = visit.Path();
+                frames.push_back({nested.get(), nested, std::move(names), nullptr, 0, std::move(path), nestedDepth});
             }
-        } else if (visit.type == ptCEC) {
+        } else if (type == ptCEC) {
             if (auto list = current.GetCEC(name, nullptr)) {
-                frames.push_back({nullptr, nullptr, {}, list, 0, visit.path, nestedDepth});
+                std::string path = visit.Path();
+                frames.push_back({nullptr, nullptr, {}, list, 0, std::move(path), nestedDepth});
             }
         }
     }
+}
+
+std::string PropertyVisit::Path() const {
+    return JoinPath(bagPath, PathName(name));
 }
 
 std::vector<PlacedBag> LessonBags(const Lesson& lesson) {

@@ -21,11 +21,15 @@ std::vector<std::string> SortedNames(const PersistedPropertyCollection& bag);
 
 struct PropertyVisit {
     const PersistedPropertyCollection& bag;
-    std::string name;
-    std::string path;  // the bag's path, " / ", the name
+    const std::string& name;
+    const std::string& bagPath;
     PropertyTypes type;
     std::int32_t encoding;
     int depth;  // 0 for the properties of the bag walked
+
+    // The bag's path, " / ", the name: made when asked for, since most
+    // visits need none.
+    std::string Path() const;
 };
 
 struct ElementVisit {

@@ -51,10 +51,9 @@ std::string Counts(int errors, int warnings) {
 // One file's report: its findings, then (alone) the line that counts them.
 FileResult CheckOne(const std::string& file, const std::set<std::string>& ignored, bool many, bool json) {
     auto input = ReadInput(file, false);
-    auto lesson = LoadLesson(input);
     Findings findings;
-    std::set<std::string> fileSbids = CheckFileText(input, findings);
-    CheckLesson(*lesson, fileSbids, findings);
+    const CheckedLesson checked = CheckFileText(input, findings);
+    CheckLesson(*checked.lesson, checked.fileSbids, findings);
 
     FileResult result;
     std::ostringstream out;

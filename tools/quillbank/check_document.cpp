@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <functional>
 #include <memory>
 #include <vector>
 #include <set>
@@ -120,7 +121,7 @@ private:
     void Step(Frame& frame);
     void Property(const xml::Element& property, Frame& frame, bool encoded);
     void Skipped(const xml::Element& element, const std::string& place, std::string_view where);
-    void SplitText(const xml::Element& property, const std::string& path);
+    void SplitText(const xml::Element& property, const std::function<std::string()>& pathOf);
     void Maps(const xml::Element& maps);
     void Storyboards(const xml::Element& storyboards);
 
@@ -187,7 +188,9 @@ void DocumentChecker::Step(Frame& frame) {
     }
     xml::Element inner = DecodeEncoded(element);
     const std::string place = JoinPath(frame.path, "(encoded property " + std::to_string(index + 1) + ")");
-    if (!ReaderKeeps(element)) {
+    // A property element that decodes and parses is kept; only the others
+    // are put to the reader itself, which is costlier.
+    if (!(inner && IsPropertyElement(inner.Name())) && !ReaderKeeps(element)) {
         if (inner && !IsPropertyElement(inner.Name())) {
             findings_.Add("P03", place,
                           "the encoded property holds " + Tag(inner.Name()) +
@@ -204,7 +207,12 @@ void DocumentChecker::Step(Frame& frame) {
 
 // The reader keeps only the first text node of a string property; text
 // after a comment, an element or inside CDATA is lost.
-void DocumentChecker::SplitText(const xml::Element& property, const std::string& path) {
+void DocumentChecker::SplitText(const xml::Element& property, const std::function<std::string()>& pathOf) {
+    // The usual value: one text node, or none.
+    const xml::Node only = property.FirstChild();
+    if (!only || (only.Type() == xml::NodeType::Text && !only.NextSibling())) {
+        return;
+    }
     std::string first;
     bool haveFirst = false;
     std::string whole;
@@ -221,44 +229,47 @@ void DocumentChecker::SplitText(const xml::Element& property, const std::string&
         }
     }
     if (whole != first) {
-        findings_.Add("R02", path,
+        findings_.Add("R02", pathOf(),
                       "the value is split by a comment, CDATA section or element; the reader keeps only " +
                           Quoted(first) + " of " + Quoted(whole));
     }
 }
 
-// Frame may move when frames are pushed: everything from it is read first.
+// Frame may move when frames are pushed: that happens last, after every use
+// of it. The property's path is made only when it is needed (a finding or a
+// nested bag), since most properties need none.
 void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool encoded) {
-    const std::string bagPath = frame.path;
+    const std::string& bagPath = frame.path;
     const int level = frame.level;
     PersistedPropertyCollection& seen = *frame.seen;
     const std::string elementName = property.Name();
+    const std::string lower = Lower(elementName);
     auto nameAttribute = property.GetAttribute("name");
     const std::string name = nameAttribute.value_or("");
-    if (!IsPropertyElement(elementName)) {
+    if (std::find(kPropertyElements.begin(), kPropertyElements.end(), lower) == kPropertyElements.end()) {
         std::string place = JoinPath(bagPath, nameAttribute ? PathName(name) : Tag(elementName));
         findings_.Add("P03", place, "the element " + Tag(elementName) + " is not a property element; the reader drops it");
         return;
     }
-    const std::string path = JoinPath(bagPath, PathName(name));
+    auto pathOf = [&] { return JoinPath(bagPath, PathName(name)); };
     if (!nameAttribute) {
-        findings_.Add("P07", path,
+        findings_.Add("P07", pathOf(),
                       std::string(encoded ? "the encoded " : "the ") + Tag(elementName) +
                           " element has no name; it is read with the empty name");
     }
     if (seen.Exists(name)) {
-        findings_.Add("P05", path, "the name stands twice in this bag (letter case ignored); only the last is read");
+        findings_.Add("P05", pathOf(), "the name stands twice in this bag (letter case ignored); only the last is read");
     }
     seen.SetBoolean(name, true);
 
-    const std::string lower = Lower(elementName);
     if (lower == "stringprop") {
-        SplitText(property, path);
+        SplitText(property, pathOf);
         return;
     }
     if (lower != "ppcprop" && lower != "cecprop") {
         return;
     }
+    const std::string path = pathOf();
     if (level + 1 > kReaderNestingLimit) {
         findings_.Add("R03", path,
                       "the " + std::string(lower == "ppcprop" ? "bag" : "list") + " is nested deeper than the reader's "

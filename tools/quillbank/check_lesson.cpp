@@ -110,7 +110,7 @@ void CheckProperties(const Lesson& lesson, Findings& findings) {
         WalkBag(*placed.bag, placed.path, 0, {[&](const PropertyVisit& visit) {
                     if (visit.type == ptAsset) {
                         if (visit.bag.GetAsset(visit.name, {}).Filename.empty()) {
-                            findings.Add("P06", visit.path, "the asset names no file");
+                            findings.Add("P06", visit.Path(), "the asset names no file");
                         }
                         return;
                     }
@@ -120,13 +120,13 @@ void CheckProperties(const Lesson& lesson, Findings& findings) {
                     LocationData location = visit.bag.GetLocation(visit.name, {});
                     for (const auto* point : {&location.StartPoint, &location.EndPoint}) {
                         if (!point->empty() && !storyboards->Contains(*point)) {
-                            findings.Add("P01", visit.path,
+                            findings.Add("P01", visit.Path(),
                                          std::string(point == &location.StartPoint ? "the start" : "the end") +
                                              " names the storyboard " + *point + ", which the lesson lacks");
                         }
                     }
                     if (!location.MapName.empty() && !FindMap(lesson, location.MapName)) {
-                        findings.Add("P02", visit.path,
+                        findings.Add("P02", visit.Path(),
                                      "the location names the map " + Quoted(location.MapName) + ", which the lesson lacks");
                     }
                 },

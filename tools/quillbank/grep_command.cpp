@@ -80,7 +80,7 @@ public:
                                          : (v.type == ptPPC || v.type == ptCEC) ? std::string()
                                                                                 : ValueText(v.bag, v.name);
                      if (nameHit || (!value.empty() && matches_(value))) {
-                         out_ << v.path << ": " << (v.type == ptString ? Quoted(value) : ValueText(v.bag, v.name))
+                         out_ << v.Path() << ": " << (v.type == ptString ? Quoted(value) : ValueText(v.bag, v.name))
                               << '\n';
                          ++hits_;
                      }

@@ -133,10 +133,14 @@ InputFile ReadInput(const std::string& path, bool printNotes) {
     return input;
 }
 
-std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
+namespace {
+
+// Reads a lesson with `read`, the library's errors said as the tool says them.
+template <typename Read>
+std::shared_ptr<Lesson> Loaded(const InputFile& input, Read read) {
     try {
         auto lesson = Lesson::Create();
-        lesson->FromXMLString(input.decoded.text);
+        read(*lesson);
         return lesson;
     } catch (const Error& e) {
         // The wrong-form errors say all; others name the member that raised them.
@@ -151,6 +155,16 @@ std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
     } catch (const std::bad_alloc&) {
         OutOfMemory(input.displayName);
     }
+}
+
+}  // namespace
+
+std::shared_ptr<Lesson> LoadLesson(const InputFile& input) {
+    return Loaded(input, [&](Lesson& lesson) { lesson.FromXMLString(input.decoded.text); });
+}
+
+std::shared_ptr<Lesson> LoadLesson(const InputFile& input, const xml::Element& root) {
+    return Loaded(input, [&](Lesson& lesson) { lesson.FromXMLElement(root); });
 }
 
 std::shared_ptr<Lesson> ReadLesson(const std::string& path) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include <quillbank/lesson.hpp>
+#include <quillbank/xml.hpp>
 
 #include "text_decoding.hpp"
 
@@ -42,6 +43,12 @@ void PrintNotes(const InputFile& input);
 // description ("XML string could not be parsed.", "Element is not a <lesson>
 // element", ...) after the file's name.
 std::shared_ptr<Lesson> LoadLesson(const InputFile& input);
+
+// The same from the root element of the decoded text already loaded (with
+// the clean-up FromXMLString does and without whitespace preservation, as
+// it loads), for a caller that also walks the document itself: one parse
+// instead of two.
+std::shared_ptr<Lesson> LoadLesson(const InputFile& input, const xml::Element& root);
 
 // ReadInput then LoadLesson.
 std::shared_ptr<Lesson> ReadLesson(const std::string& path);

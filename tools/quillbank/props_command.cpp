@@ -45,7 +45,7 @@ void PrintBag(std::ostringstream& out, const PersistedPropertyCollection& bag, c
 void BagJson(Json& entries, const PersistedPropertyCollection& bag, const std::string& path, int depth) {
     WalkBag(bag, path, depth,
             {[&](const PropertyVisit& v) {
-                 entries.push_back(Json{{"path", v.path},
+                 entries.push_back(Json{{"path", v.Path()},
                                         {"depth", v.depth},
                                         {"name", v.name},
                                         {"type", TypeName(v.type)},

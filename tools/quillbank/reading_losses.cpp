@@ -8,21 +8,26 @@
 
 namespace quillbank::tool {
 
-std::set<std::string> CheckFileText(const InputFile& input, Findings& findings) {
+CheckedLesson CheckFileText(const InputFile& input, Findings& findings) {
+    // The reader's own view of the file: the same text, cleaned as it cleans
+    // it, in a document that does not keep whitespace, as its own does.
+    auto document = xml::Document::Create();
+    if (!document.LoadXML(Functions::CleanXMLString(input.decoded.text))) {
+        // Not XML: the library says so in its words.
+        return {LoadLesson(input), {}};
+    }
+    CheckedLesson checked;
+    checked.lesson = LoadLesson(input, document.DocumentElement());
     for (const auto& note : input.decoded.notes) {
         findings.Add(note.code, "file", note.sentence);
     }
-    // The reader's own view of the file: the same text, cleaned as it cleans it.
-    auto document = xml::Document::Create();
-    if (!document.LoadXML(Functions::CleanXMLString(input.decoded.text))) {
-        return {};
-    }
-    return CheckDocument(document, findings);
+    checked.fileSbids = CheckDocument(document, findings);
+    return checked;
 }
 
-bool ReportReadingLosses(const InputFile& input) {
+bool ReportReadingLosses(const InputFile& input, std::shared_ptr<Lesson>& lesson) {
     Findings findings;
-    CheckFileText(input, findings);
+    lesson = CheckFileText(input, findings).lesson;
     std::map<std::string_view, std::pair<const FindingKind*, int>> counts;
     bool any = !input.decoded.notes.empty();
     for (const auto& finding : findings.All()) {

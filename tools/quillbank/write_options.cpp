@@ -37,19 +37,20 @@ void RequireInPlaceForMany(const WriteOptions& options, bool many, std::string_v
     }
 }
 
-bool AcceptReading(const WriteOptions& options, const InputFile& input) {
+std::shared_ptr<Lesson> ReadForWriting(const WriteOptions& options, const InputFile& input) {
     if (!options.alwaysWarn && !options.inPlace && !options.strict) {
-        return true;
+        return LoadLesson(input);
     }
-    const bool lossy = ReportReadingLosses(input);
+    std::shared_ptr<Lesson> lesson;
+    const bool lossy = ReportReadingLosses(input, lesson);
     if (lossy && options.strict) {
         std::fflush(stdout);
         std::string line = "quillbank: " + input.displayName +
                            ": --strict: nothing written, because the reader drops or guesses what the warnings say\n";
         std::fwrite(line.data(), 1, line.size(), stderr);
-        return false;
+        return nullptr;
     }
-    return true;
+    return lesson;
 }
 
 }  // namespace quillbank::tool

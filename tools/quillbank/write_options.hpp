@@ -35,9 +35,11 @@ void AddKeepDocumentId(CLI::App& app, WriteOptions& options);
 // exclude each other) and --strict.
 std::shared_ptr<WriteOptions> AddWriteOptions(CLI::App& app, bool outputRequired);
 
-// Refuses to write under --strict when the reader drops or guesses
-// something; returns whether to go on.
-bool AcceptReading(const WriteOptions& options, const InputFile& input);
+// Reads the lesson; with the warnings of what the reader drops (normalize,
+// --in-place, --strict) from the same parse of the text. Under --strict,
+// when the reader drops or guesses something, says so and gives null:
+// nothing is to be written.
+std::shared_ptr<Lesson> ReadForWriting(const WriteOptions& options, const InputFile& input);
 
 // Reads the lesson, decides where the result goes (before anything is
 // written), makes the text with `produce` and writes it. Returns the exit
@@ -47,8 +49,8 @@ int ReadTransformWriteOne(const WriteOptions& options, const std::string& file, 
                           std::string_view command, Produce produce) {
     auto input = ReadInput(file);
     std::string target = ChooseOutput(input, options.output, options.inPlace, outputRequired, command);
-    auto lesson = LoadLesson(input);
-    if (!AcceptReading(options, input)) {
+    auto lesson = ReadForWriting(options, input);
+    if (!lesson) {
         return kExitFindings;
     }
     std::string text = produce(*lesson);
