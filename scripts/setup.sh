@@ -11,7 +11,7 @@ packages=(
   # The manual page's check (groff) and the git text converter's test.
   groff-base git
   # scripts/bench-tool.sh measures the tool beside xmllint.
-  libxml2-utils bc
+  libxml2-utils bc time
   libgtest-dev libgmock-dev libbenchmark-dev
   # The Windows build: the MinGW-w64 cross compiler, widl for the type
   # library, the IDL files widl imports, Wine to run the tests, and
