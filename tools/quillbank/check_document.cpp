@@ -5,6 +5,7 @@
 #include <array>
 #include <cctype>
 #include <functional>
+#include <unordered_set>
 #include <memory>
 #include <vector>
 #include <set>
@@ -87,6 +88,32 @@ void ForEachElement(const xml::Node& parent, Visit visit) {
     }
 }
 
+// The property names of one bag met so far, compared as the bag compares
+// them (letter case ignored). ASCII names, nearly all of them, go into a
+// hash set of their folded form; any other name is put to a property bag,
+// which folds as the library does.
+class SeenNames {
+public:
+    // False when the name was met before.
+    bool Insert(const std::string& name) {
+        if (std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+            return ascii_.insert(Lower(name)).second;
+        }
+        if (!others_) {
+            others_ = PersistedPropertyCollection::Create();
+        }
+        if (others_->Exists(name)) {
+            return false;
+        }
+        others_->SetBoolean(name, true);
+        return true;
+    }
+
+private:
+    std::unordered_set<std::string> ascii_;
+    std::shared_ptr<PersistedPropertyCollection> others_;
+};
+
 // The nesting the reader keeps: the bag or list a property holds is one
 // level below the bag holding the property; the lesson's, a storyboard's and
 // a child element's own bags are level 0, and a property whose content would
@@ -108,7 +135,7 @@ private:
     struct Frame {
         xml::Node next;
         std::string path;
-        std::shared_ptr<PersistedPropertyCollection> seen;
+        std::shared_ptr<SeenNames> seen;
         int level = 0;
         std::int32_t position = 0;
     };
@@ -162,7 +189,7 @@ void DocumentChecker::Skipped(const xml::Element& element, const std::string& pl
 
 void DocumentChecker::Bag(const xml::Element& container, const std::string& bagPath) {
     const std::size_t base = frames_.size();
-    frames_.push_back({container.FirstChild(), bagPath, PersistedPropertyCollection::Create(), 0, 0});
+    frames_.push_back({container.FirstChild(), bagPath, std::make_shared<SeenNames>(), 0, 0});
     while (frames_.size() > base) {
         Frame& frame = frames_.back();
         if (!frame.next) {
@@ -241,7 +268,7 @@ void DocumentChecker::SplitText(const xml::Element& property, const std::functio
 void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool encoded) {
     const std::string& bagPath = frame.path;
     const int level = frame.level;
-    PersistedPropertyCollection& seen = *frame.seen;
+    SeenNames& seen = *frame.seen;
     const std::string elementName = property.Name();
     const std::string lower = Lower(elementName);
     auto nameAttribute = property.GetAttribute("name");
@@ -257,10 +284,9 @@ void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool 
                       std::string(encoded ? "the encoded " : "the ") + Tag(elementName) +
                           " element has no name; it is read with the empty name");
     }
-    if (seen.Exists(name)) {
+    if (!seen.Insert(name)) {
         findings_.Add("P05", pathOf(), "the name stands twice in this bag (letter case ignored); only the last is read");
     }
-    seen.SetBoolean(name, true);
 
     if (lower == "stringprop") {
         SplitText(property, pathOf);
@@ -304,7 +330,7 @@ void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool 
     }
     // The first nested bag ends up on top, so findings keep document order.
     for (auto it = nested.rbegin(); it != nested.rend(); ++it) {
-        frames_.push_back({it->container.FirstChild(), it->path, PersistedPropertyCollection::Create(), level + 1, 0});
+        frames_.push_back({it->container.FirstChild(), it->path, std::make_shared<SeenNames>(), level + 1, 0});
     }
 }
 
