@@ -185,6 +185,10 @@ extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() {
     for (const ClassEntry& entry : kClasses) {
         UnregisterClass(entry);
     }
+#ifdef _WIN64
     UnRegisterTypeLib(LIBID_Quillbank, 2, 0, 0x0409, SYS_WIN64);
+#else
+    UnRegisterTypeLib(LIBID_Quillbank, 2, 0, 0x0409, SYS_WIN32);
+#endif
     return S_OK;
 }
