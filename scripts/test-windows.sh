@@ -1,37 +1,41 @@
 #!/usr/bin/env bash
-# Cross-builds the Windows in-process server with MinGW-w64 and runs its
-# tests under Wine in a private prefix (build/windows/wineprefix): the
-# JScript and VBScript suites through cscript, the early-binding C++ client,
-# and the core suites cross-compiled against the MSXML backend (without the
-# tests named in tests/com/wine_differences.txt). Every suite prints one line per check and a final sentinel line;
-# a suite passes only when it exits 0 and its sentinel is there.
+# Cross-builds the Windows in-process server with MinGW-w64 for x64 (preset
+# windows) and for x86 (preset windows32) and tests both under Wine, as a
+# 64-bit Windows holds them: one 64-bit prefix (build/wineprefix) with both
+# servers registered, the 64-bit programs run from system32 and the 32-bit
+# ones (cscript, regsvr32) from syswow64. Wine for both bitnesses comes from
+# the private Debian root of scripts/wine-root.sh (build/wine-root), whose
+# 64-bit and 32-bit libraries always match, whatever the machine's own apt
+# holds.
+#
+# For each bitness: the JScript and VBScript suites through cscript, the
+# early-binding C++ client, and the core suites cross-compiled against the
+# MSXML backend (without the tests named in tests/com/wine_differences.txt).
+# Every suite prints one line per check and a final sentinel line; a suite
+# passes only when it exits 0 and its sentinel is there.
+#
+#   scripts/test-windows.sh            both bitnesses
+#   scripts/test-windows.sh 64|32      one of them
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
+bitnesses=(64 32)
+if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
-cmake --preset windows
 core_suites=(frame support xml properties elements storyboards maps lesson)
 targets=(QuillbankServer early_binding_client)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
-cmake --build --preset windows -j "$jobs" --target "${targets[@]}"
 
-build=build/windows
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver
-export WINEPREFIX="$PWD/$build/wineprefix"
-export WINEDEBUG=-all
-export WINEDLLOVERRIDES="mscoree,mshtml="
-export WINEARCH=win64
+scripts/wine-root.sh make
+for bits in "${bitnesses[@]}"; do
+  preset=windows
+  [ "$bits" = 32 ] && preset=windows32
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs" --target "${targets[@]}"
+done
 
-if [ ! -f "$WINEPREFIX/system.reg" ]; then
-  echo "Making the Wine prefix $WINEPREFIX"
-  timeout 600 "$wine" wineboot -i
-  timeout 300 "$wineserver" -w
-fi
-trap 'timeout 60 "$wineserver" -k || true' EXIT
-
-dll="$(timeout 60 "$wine" winepath -w "$PWD/$build/src/com/Quillbank.dll" 2>/dev/null | tr -d '\r')"
-timeout 300 "$wine" regsvr32 /s "$dll"
+source scripts/wine-env.sh
+wine_prefix_ready
 
 failed=0
 run_suite() {
@@ -57,26 +61,35 @@ run_suite() {
   fi
 }
 
-for script in tests/com/*.js tests/com/*.vbs; do
-  path="$(timeout 60 "$wine" winepath -w "$PWD/$script" 2>/dev/null | tr -d '\r')"
-  run_suite "$script" "$wine" cscript //nologo "$path"
-done
-run_suite "early-binding client" "$wine" "$build/tests/com/early_binding_client.exe"
-
-# The core suites: a run passes when GoogleTest exits 0 after its summary.
 skipped="$(sed -e '/^#/d' -e 's/ # .*//' -e '/^$/d' tests/com/wine_differences.txt | paste -sd: -)"
-for suite in "${core_suites[@]}"; do
-  status=0
-  output="$(timeout 900 "$wine" "$build/tests/${suite}_tests.exe" "--gtest_filter=-$skipped" 2>&1 | tr -d '\r')" \
-    || status=$?
-  printf '%s\n' "$output" | grep -E '^\[  (FAILED|PASSED)|^\[==========\]' || true
-  if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -q '^\[  PASSED  \]'; then
-    printf '%s\n' "$output" | grep -B5 -A15 'Failure' | head -100 || true
-    echo "FAILED: core suite $suite under Wine (exit $status)"
+for bits in "${bitnesses[@]}"; do
+  build="$(build_folder "$bits")"
+  echo "=== The $bits-bit server ($build)"
+  if ! timeout 300 "${wine[@]}" "$(system_folder "$bits")\\regsvr32.exe" /s "$(windows_path "$build/src/com/Quillbank.dll")"; then
+    echo "FAILED: registering the $bits-bit server"
     failed=1
-  else
-    echo "PASSED: core suite $suite under Wine"
+    continue
   fi
+
+  for script in tests/com/*.js tests/com/*.vbs; do
+    run_suite "$script ($bits-bit)" "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo "$(windows_path "$script")"
+  done
+  run_suite "early-binding client ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/early_binding_client.exe")"
+
+  # The core suites: a run passes when GoogleTest exits 0 after its summary.
+  for suite in "${core_suites[@]}"; do
+    status=0
+    output="$(timeout 900 "${wine[@]}" "$(windows_path "$build/tests/${suite}_tests.exe")" "--gtest_filter=-$skipped" 2>&1 \
+      | tr -d '\r')" || status=$?
+    printf '%s\n' "$output" | grep -E '^\[  (FAILED|PASSED)|^\[==========\]' || true
+    if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -q '^\[  PASSED  \]'; then
+      printf '%s\n' "$output" | grep -B5 -A15 'Failure' | head -100 || true
+      echo "FAILED: core suite $suite under Wine ($bits-bit)"
+      failed=1
+    else
+      echo "PASSED: core suite $suite under Wine ($bits-bit)"
+    fi
+  done
 done
 
 exit "$failed"
