@@ -9,7 +9,8 @@
 # holds.
 #
 # For each bitness: the JScript and VBScript suites through cscript, the
-# early-binding C++ client, and the core suites cross-compiled against the
+# early-binding C++ client, the type-library test (records and members as
+# hosts import them, against tests/com/type_library_members.txt), and the core suites cross-compiled against the
 # MSXML backend (without the tests named in tests/com/wine_differences.txt).
 # Every suite prints one line per check and a final sentinel line; a suite
 # passes only when it exits 0 and its sentinel is there.
@@ -23,7 +24,7 @@ bitnesses=(64 32)
 if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
 core_suites=(frame support xml properties elements storyboards maps lesson)
-targets=(QuillbankServer early_binding_client)
+targets=(QuillbankServer early_binding_client type_library_test)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
 
 scripts/wine-root.sh make
@@ -75,6 +76,8 @@ for bits in "${bitnesses[@]}"; do
     run_suite "$script ($bits-bit)" "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo "$(windows_path "$script")"
   done
   run_suite "early-binding client ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/early_binding_client.exe")"
+  run_suite "type library ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/type_library_test.exe")" \
+    "$(windows_path tests/com/type_library_members.txt)"
 
   # The core suites: a run passes when GoogleTest exits 0 after its summary.
   for suite in "${core_suites[@]}"; do

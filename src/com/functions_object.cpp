@@ -55,22 +55,13 @@ public:
             *result = out;
         });
     }
-    HRESULT STDMETHODCALLTYPE NewFontData(BSTR name, VARIANT size, VARIANT_BOOL bold, VARIANT_BOOL italic,
+    HRESULT STDMETHODCALLTYPE NewFontData(BSTR name, double size, VARIANT_BOOL bold, VARIANT_BOOL italic,
                                           VARIANT_BOOL underline, ::FontData* result) override {
         if (result == nullptr) {
             return E_POINTER;
         }
-        double points = 8.0;
-        if (!(V_VT(&size) == VT_ERROR && V_ERROR(&size) == DISP_E_PARAMNOTFOUND) && V_VT(&size) != VT_EMPTY) {
-            VARIANT converted;
-            VariantInit(&converted);
-            if (FAILED(VariantChangeType(&converted, &size, 0, VT_R8))) {
-                return RaiseError(IID__Functions, ErrTypeMismatch, "Functions.NewFontData", "Type mismatch");
-            }
-            points = V_R8(&converted);
-        }
         return Guard(IID__Functions, [&] {
-            const auto record = Functions::NewFontData(name == nullptr ? "Arial" : Utf8(name), points,
+            const auto record = Functions::NewFontData(name == nullptr ? "Arial" : Utf8(name), size,
                                                        bold != VARIANT_FALSE, italic != VARIANT_FALSE,
                                                        underline != VARIANT_FALSE);
             ::FontData out{};

@@ -79,17 +79,15 @@ void CheckFunctions() {
     Check(hr == S_OK && rectangle.Left == 1 && rectangle.Top == 2 && rectangle.Width == 3 && rectangle.Height == 4,
           "NewRectangle returns the record", Hex(hr));
 
-    VARIANT missing;
-    VariantInit(&missing);
-    V_VT(&missing) = VT_ERROR;
-    V_ERROR(&missing) = DISP_E_PARAMNOTFOUND;
+    // Size is a double on the stack (x86) or in a floating-point register
+    // (x64), as a host compiled against the library passes it.
     BSTR arial = SysAllocString(L"Arial");
     ::FontData font{};
-    hr = functions->NewFontData(arial, missing, VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, &font);
+    hr = functions->NewFontData(arial, 10.5, VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, &font);
     SysFreeString(arial);
-    Check(hr == S_OK && font.Size == 8.0 && font.Italic == VARIANT_TRUE && font.Bold == VARIANT_FALSE &&
-              Take(font.Name) == L"Arial",
-          "NewFontData without a size gives size 8", Hex(hr));
+    Check(hr == S_OK && font.Size == 10.5 && font.Italic == VARIANT_TRUE && font.Bold == VARIANT_FALSE &&
+              font.Underline == VARIANT_FALSE && Take(font.Name) == L"Arial",
+          "NewFontData takes its size as a double", Hex(hr));
 
     text = nullptr;
     hr = functions->OLEColorToHTMLColor(0x7F000000, &text);
