@@ -12,6 +12,7 @@
 # early-binding C++ client, the type-library test (records and members as
 # hosts import them, against tests/com/type_library_members.txt), and the core suites cross-compiled against the
 # MSXML backend (without the tests named in tests/com/wine_differences.txt).
+# Then scripts/test-registration.sh checks registration in a prefix of its own.
 # Every suite prints one line per check and a final sentinel line; a suite
 # passes only when it exits 0 and its sentinel is there.
 #
@@ -24,7 +25,7 @@ bitnesses=(64 32)
 if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
 core_suites=(frame support xml properties elements storyboards maps lesson)
-targets=(QuillbankServer early_binding_client type_library_test)
+targets=(QuillbankServer early_binding_client type_library_test registration_test)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
 
 scripts/wine-root.sh make
@@ -94,5 +95,11 @@ for bits in "${bitnesses[@]}"; do
     fi
   done
 done
+
+# Registration in a prefix of its own: both scopes, failures rolled back,
+# both servers side by side (needs both bitnesses built).
+if [ "${#bitnesses[@]}" -eq 2 ]; then
+  run_suite "registration" scripts/test-registration.sh
+fi
 
 exit "$failed"
