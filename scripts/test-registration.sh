@@ -7,7 +7,8 @@
 # regsvr32 (system32 and syswow64): each view names its own server, the type
 # library has its win32 and win64 entries, unregistering one leaves the
 # other usable, unregistering both leaves no key of ours; and regsvr32's
-# per-user registration (/n /i:user).
+# per-user registration (/n /i:user); then the registration-free host of
+# each bitness (tests/com/regfree_host.cpp) with no key of ours at all.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export WINEPREFIX="$PWD/build/wineprefix-registration"
@@ -72,6 +73,15 @@ for bits in 64 32; do
   check 0 "$(regsvr "$bits" /u /n /i:user "$(dll "$bits")")" "regsvr32 /u /n /i:user unregisters it"
   check "" "$(ours)" "no key of ours is left after the $bits-bit per-user registration"
 done
+
+# Registration-free: with no key of ours, each bitness's host creates every
+# class from its own folder through the side-by-side manifests.
+for bits in 64 32; do
+  output="$(run "$(windows_path "$(build_folder "$bits")/tests/com/regfree/regfree_host.exe")")" || failed=1
+  printf '%s\n' "$output"
+  printf '%s\n' "$output" | grep -qx 'END-OF-SUITE' || failed=1
+done
+check "" "$(ours)" "the registration-free hosts wrote no key of ours"
 
 if [ "$failed" -eq 0 ]; then echo "END-OF-SUITE"; fi
 exit "$failed"

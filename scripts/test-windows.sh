@@ -25,7 +25,7 @@ bitnesses=(64 32)
 if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
 core_suites=(frame support xml properties elements storyboards maps lesson)
-targets=(QuillbankServer early_binding_client type_library_test registration_test)
+targets=(QuillbankServer early_binding_client type_library_test registration_test regfree_host)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
 
 scripts/wine-root.sh make
