@@ -15,29 +15,7 @@ export WINEPREFIX="$PWD/build/wineprefix-registration"
 source scripts/wine-env.sh
 wine_prefix_ready
 
-failed=0
-check() {
-  if [ "$1" = "$2" ]; then echo "ok $3"; else echo "not ok $3 -- expected [$1], got [$2]"; failed=1; fi
-}
-run() { timeout 300 "${wine[@]}" "$@" 2>/dev/null | tr -d '\r'; }
-dll() { windows_path "$(build_folder "$1")/src/com/Quillbank.dll"; }
-regsvr() { run "$(system_folder "$1")\\regsvr32.exe" /s "${@:2}"; echo $?; }
-created() { run "$(system_folder "$1")\\cscript.exe" //nologo "$(windows_path tests/com/hosts/create_functions.js)"; }
-value() { run reg query "$1" /ve "${@:2}" | sed -n 's/.*REG_SZ *//p'; }
-ours() {
-  local keys=('HKLM\Software\Classes\Quillbank.Functions' 'HKCU\Software\Classes\Quillbank.Functions'
-    'HKLM\Software\Classes\TypeLib\{51C4E8EB-6B81-4B68-A432-03B5FDD7975E}'
-    'HKCU\Software\Classes\TypeLib\{51C4E8EB-6B81-4B68-A432-03B5FDD7975E}')
-  local k v found=""
-  for k in "${keys[@]}"; do
-    for v in 32 64; do run reg query "$k" /reg:$v >/dev/null && found+="$k($v) "; done
-  done
-  for v in 32 64; do
-    run reg query 'HKLM\Software\Classes\CLSID\{B2917C1B-10DC-4491-904D-CE3C9EE9110A}' /reg:$v >/dev/null \
-      && found+="CLSID($v) "
-  done
-  printf '%s' "$found"
-}
+source scripts/wine-checks.sh
 functions_clsid='HKLM\Software\Classes\CLSID\{B2917C1B-10DC-4491-904D-CE3C9EE9110A}\InprocServer32'
 typelib='HKLM\Software\Classes\TypeLib\{51C4E8EB-6B81-4B68-A432-03B5FDD7975E}\2.0\409'
 
@@ -51,6 +29,7 @@ done
 check "" "$(ours)" "no key of ours before the side-by-side registration"
 check 0 "$(regsvr 64 "$(dll 64)")" "regsvr32 registers the x64 server"
 check 0 "$(regsvr 32 "$(dll 32)")" "syswow64's regsvr32 registers the x86 server"
+check yes "$([ -n "$(ours)" ] && echo yes)" "the keys of ours are seen while registered"
 check "$(dll 64)" "$(value "$functions_clsid" /reg:64)" "the 64-bit view names the x64 server"
 check "$(dll 32)" "$(value "$functions_clsid" /reg:32)" "the 32-bit view names the x86 server"
 check "$(dll 64)" "$(value "$typelib\\win64")" "the type library's win64 entry names the x64 server"

@@ -12,7 +12,8 @@
 # early-binding C++ client, the type-library test (records and members as
 # hosts import them, against tests/com/type_library_members.txt), and the core suites cross-compiled against the
 # MSXML backend (without the tests named in tests/com/wine_differences.txt).
-# Then scripts/test-registration.sh checks registration in a prefix of its own.
+# Then scripts/test-registration.sh checks registration in a prefix of its own,
+# and scripts/test-package-windows.sh the package (scripts/package-windows.sh).
 # Every suite prints one line per check and a final sentinel line; a suite
 # passes only when it exits 0 and its sentinel is there.
 #
@@ -98,8 +99,10 @@ done
 
 # Registration in a prefix of its own: both scopes, failures rolled back,
 # both servers side by side (needs both bitnesses built).
+# The package: unpacked, installed, used and uninstalled in a fresh prefix.
 if [ "${#bitnesses[@]}" -eq 2 ]; then
   run_suite "registration" scripts/test-registration.sh
+  run_suite "package" scripts/test-package-windows.sh
 fi
 
 exit "$failed"

@@ -5,7 +5,7 @@
 // every key of ours (both registry views, machine and user classes) with the
 // one expected: registration complete, or the registry as it was.
 // One line per check, then the sentinel line; the exit code is the number of
-// failed checks.
+// failed checks. With --list instead, it prints every key of ours there is.
 
 #include <initguid.h>
 
@@ -270,10 +270,17 @@ void CheckBothScopes(const Server& server, const std::wstring& path) {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::printf("usage: registration_test SERVER.dll\n");
+        std::printf("usage: registration_test SERVER.dll | --list\n");
         return 1;
     }
     const std::string pathText = argv[1];
+    // The keys of ours that exist now, in both views and both scopes, for
+    // the scripts that check that nothing of ours is left.
+    if (pathText == "--list") {
+        const Snapshot now = Take();
+        std::printf("%s%s", now.machine.c_str(), now.user.c_str());
+        return 0;
+    }
     const std::wstring path(pathText.begin(), pathText.end());
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
         std::printf("not ok COM starts\n");
