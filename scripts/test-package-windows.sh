@@ -29,7 +29,7 @@ check "" "$(ours)" "no key of ours in the fresh prefix"
 
 suite() {
   local bits="$1" output
-  output="$(run "$(system_folder "$bits")\\cscript.exe" //nologo "$(windows_path tests/com/functions_test.js)")"
+  output="$(run "$(system_folder "$bits")\\cscript.exe" //nologo "$(suite_script tests/com/functions_test.js)")"
   printf '%s\n' "$output" | grep -v -e '^ok' -e '^END-OF-SUITE$' || true
   check yes "$(printf '%s\n' "$output" | grep -qx 'END-OF-SUITE' && echo yes)" \
     "the Functions suite passes with the installed $bits-bit server"

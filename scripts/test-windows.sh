@@ -8,7 +8,8 @@
 # 64-bit and 32-bit libraries always match, whatever the machine's own apt
 # holds.
 #
-# For each bitness: the JScript and VBScript suites through cscript, the
+# For each bitness: the JScript and VBScript suites through cscript (each
+# with the shared checks of tests/com/prelude.js or prelude.vbs in front), the
 # early-binding C++ client, the type-library test (records and members as
 # hosts import them, against tests/com/type_library_members.txt), and the core suites cross-compiled against the
 # MSXML backend (without the tests named in tests/com/wine_differences.txt).
@@ -74,8 +75,8 @@ for bits in "${bitnesses[@]}"; do
     continue
   fi
 
-  for script in tests/com/*.js tests/com/*.vbs; do
-    run_suite "$script ($bits-bit)" "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo "$(windows_path "$script")"
+  for script in tests/com/*_test.js tests/com/*_test.vbs; do
+    run_suite "$script ($bits-bit)" "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo "$(suite_script "$script")"
   done
   run_suite "early-binding client ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/early_binding_client.exe")"
   run_suite "type library ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/type_library_test.exe")" \

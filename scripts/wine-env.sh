@@ -5,6 +5,9 @@
 #   system_folder 64|32            system32 or syswow64
 #   build_folder 64|32             the build folder of that bitness
 #   wine_prefix_ready              makes the prefix when it is not there yet
+#   suite_script tests/com/X.js    the Windows path of the suite as cscript
+#                                  runs it: the shared prelude.js (prelude.vbs)
+#                                  in front of it, in build/com-scripts
 # The prefix's Wine server is stopped when the sourcing script exits.
 export WINEPREFIX="${WINEPREFIX:-$PWD/build/wineprefix}"
 export WINEDEBUG=-all
@@ -34,4 +37,12 @@ wine_prefix_ready() {
     timeout 300 "${wineserver[@]}" -w
   fi
   trap 'timeout 60 "${wineserver[@]}" -k || true' EXIT
+}
+
+suite_script() {
+  local suite="$1" joined
+  joined="build/com-scripts/$(basename "$suite")"
+  mkdir -p build/com-scripts
+  cat "$(dirname "$suite")/prelude.${suite##*.}" "$suite" >"$joined"
+  windows_path "$joined"
 }
