@@ -360,13 +360,6 @@ private:
     std::shared_ptr<List> list_;
 };
 
-template <class Interface>
-HRESULT CreateAs(Interface* created, REFIID iid, void** object) {
-    const HRESULT hr = created->QueryInterface(iid, object);
-    created->Release();
-    return hr;
-}
-
 }  // namespace
 
 _ChildElement* WrapCE(const std::shared_ptr<Element>& element) {

@@ -338,13 +338,6 @@ private:
     std::shared_ptr<Boards> boards_;
 };
 
-template <class Interface>
-HRESULT CreateAs(Interface* created, REFIID iid, void** object) {
-    const HRESULT hr = created->QueryInterface(iid, object);
-    created->Release();
-    return hr;
-}
-
 }  // namespace
 
 _Storyboard* WrapSB(const std::shared_ptr<Board>& board) {

@@ -5,32 +5,15 @@
 // released. One line per check, then the sentinel line; the exit code is the
 // number of failed checks.
 
-#include <initguid.h>
+#include "test_checks.hpp"
 
-#ifndef NOGDI
-#define NOGDI
-#endif
-#include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
-
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "quillbank_tlb.h"
-
 namespace {
 
-int failures = 0;
-
-void Check(bool passed, const char* name, const std::wstring& detail = L"") {
-    if (passed) {
-        std::printf("ok %s\n", name);
-    } else {
-        ++failures;
-        std::printf("not ok %s -- %ls\n", name, detail.c_str());
-    }
+void Check(bool passed, const std::string& name, const std::wstring& detail = L"") {
+    quillbank_test::Check(passed, name, detail);
 }
 
 std::wstring Hex(HRESULT hr) {
@@ -874,8 +857,7 @@ void CheckUnload() {
 }  // namespace
 
 int main() {
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        std::printf("not ok COM starts\n");
+    if (!quillbank_test::StartCom()) {
         return 1;
     }
     CheckFunctions();
@@ -889,8 +871,5 @@ int main() {
     CheckTypeLibrary();
     CheckRegistration();
     CheckUnload();
-    CoUninitialize();
-    std::printf("# early-binding client: %d failed\n", failures);
-    std::printf("END-OF-SUITE\n");
-    return failures;
+    return quillbank_test::Finish("early-binding client");
 }

@@ -5,31 +5,12 @@
 // One line per check, then the sentinel line; the exit code is the number of
 // failed checks.
 
-#include <initguid.h>
-
-#ifndef NOGDI
-#define NOGDI
-#endif
-#include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
-
-#include <cstdio>
-#include <string>
-
-#include "quillbank_tlb.h"
+#include "test_checks.hpp"
 
 namespace {
 
-int failures = 0;
-
 void Check(bool passed, const std::string& name, HRESULT hr = S_OK) {
-    if (passed) {
-        std::printf("ok %s\n", name.c_str());
-    } else {
-        ++failures;
-        std::printf("not ok %s -- 0x%08lX\n", name.c_str(), static_cast<unsigned long>(hr));
-    }
+    quillbank_test::Check(passed, name, quillbank_test::HexText(static_cast<unsigned long>(hr)));
 }
 
 struct Class {
@@ -70,8 +51,7 @@ bool Registered(const CLSID& clsid) {
 }  // namespace
 
 int main() {
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        std::printf("not ok COM starts\n");
+    if (!quillbank_test::StartCom()) {
         return 1;
     }
     for (const Class& entry : kClasses) {
@@ -140,8 +120,5 @@ int main() {
         VariantClear(&result);
         lesson->Release();
     }
-    CoUninitialize();
-    std::printf("# registration-free host (%d-bit): %d failed\n", static_cast<int>(sizeof(void*) * 8), failures);
-    std::printf("END-OF-SUITE\n");
-    return failures;
+    return quillbank_test::Finish("registration-free host (" + std::to_string(sizeof(void*) * 8) + "-bit)");
 }

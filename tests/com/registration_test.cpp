@@ -7,50 +7,21 @@
 // One line per check, then the sentinel line; the exit code is the number of
 // failed checks. With --list instead, it prints every key of ours there is.
 
-#include <initguid.h>
+#include "test_checks.hpp"
 
-#ifndef NOGDI
-#define NOGDI
-#endif
-#include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
-#include <olectl.h>
-
-#include <cstdio>
-#include <string>
 #include <vector>
-
-#include "quillbank_tlb.h"
 
 namespace {
 
-int failures = 0;
+using quillbank_test::Narrow;
+
 const std::string kBits = std::to_string(sizeof(void*) * 8) + "-bit";
 
 void Check(bool passed, const std::string& name, const std::string& detail = "") {
-    const std::string label = name + " (" + kBits + ")";
-    if (passed) {
-        std::printf("ok %s\n", label.c_str());
-    } else {
-        ++failures;
-        std::printf("not ok %s -- %s\n", label.c_str(), detail.c_str());
-    }
+    quillbank_test::Check(passed, name + " (" + kBits + ")", detail);
 }
 
-std::string Hex(HRESULT hr) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
-    return text;
-}
-
-std::string Narrow(const std::wstring& text) {
-    std::string out;
-    for (wchar_t c : text) {
-        out += c < 128 ? static_cast<char>(c) : '?';
-    }
-    return out;
-}
+std::string Hex(HRESULT hr) { return quillbank_test::HexText(static_cast<unsigned long>(hr)); }
 
 std::wstring GuidText(REFGUID guid) {
     wchar_t text[40] = {};
@@ -282,8 +253,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     const std::wstring path(pathText.begin(), pathText.end());
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        std::printf("not ok COM starts\n");
+    if (!quillbank_test::StartCom()) {
         return 1;
     }
     HMODULE module = LoadLibraryW(path.c_str());
@@ -307,8 +277,5 @@ int main(int argc, char** argv) {
             CheckBothScopes(server, path);
         }
     }
-    CoUninitialize();
-    std::printf("# registration (%s): %d failed\n", kBits.c_str(), failures);
-    std::printf("END-OF-SUITE\n");
-    return failures;
+    return quillbank_test::Finish("registration (" + kBits + ")");
 }

@@ -11,43 +11,19 @@
 // One line per check, then the sentinel line; the exit code is the number of
 // failed checks.
 
-#include <initguid.h>
-
-#ifndef NOGDI
-#define NOGDI
-#endif
-#include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
+#include "test_checks.hpp"
 
 #include <cstddef>
-#include <cstdio>
 #include <fstream>
 #include <map>
-#include <string>
 #include <vector>
-
-#include "quillbank_tlb.h"
 
 namespace {
 
-int failures = 0;
-
-void Check(bool passed, const std::string& name, const std::string& detail = "") {
-    if (passed) {
-        std::printf("ok %s\n", name.c_str());
-    } else {
-        ++failures;
-        std::printf("not ok %s -- %s\n", name.c_str(), detail.c_str());
-    }
-}
+using quillbank_test::Check;
 
 std::string Narrow(const wchar_t* text, std::size_t length) {
-    std::string out;
-    for (std::size_t i = 0; i < length; ++i) {
-        out += text[i] < 128 ? static_cast<char>(text[i]) : '?';
-    }
-    return out;
+    return quillbank_test::Narrow(std::wstring(text, length));
 }
 
 std::string Take(BSTR text) {
@@ -312,8 +288,7 @@ int main(int argc, char** argv) {
         std::printf("usage: type_library_test MEMBER-TABLE\n");
         return 1;
     }
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        std::printf("not ok COM starts\n");
+    if (!quillbank_test::StartCom()) {
         return 1;
     }
     ITypeLib* library = nullptr;
@@ -324,8 +299,5 @@ int main(int argc, char** argv) {
         CheckMembers(library, argv[1]);
         library->Release();
     }
-    CoUninitialize();
-    std::printf("# type library (%d-bit): %d failed\n", static_cast<int>(sizeof(void*) * 8), failures);
-    std::printf("END-OF-SUITE\n");
-    return failures;
+    return quillbank_test::Finish("type library (" + std::to_string(sizeof(void*) * 8) + "-bit)");
 }
