@@ -5,6 +5,7 @@
 // and ISupportErrorInfo for its one dual interface.
 
 #include "com/module.hpp"
+#include "com/reference_count.hpp"
 
 namespace quillbank::com {
 
@@ -32,14 +33,8 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(references_); }
+    ULONG STDMETHODCALLTYPE Release() override { return ReleaseReference(references_, this); }
 
     // IDispatch
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {

@@ -28,6 +28,17 @@ std::wstring Take(BSTR text) {
     return out;
 }
 
+// The source of the error object the last failed call left.
+std::wstring ErrorSource() {
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    return Take(source);
+}
+
 std::wstring RegistryText(const std::wstring& key, const wchar_t* name) {
     wchar_t buffer[512] = {};
     DWORD size = sizeof buffer;
@@ -286,13 +297,7 @@ void CheckChildElements() {
     hr = element->ToClearXMLElement(nullptr, &xmlElement);
     Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
           "ChildElement.ToClearXMLElement of a null document fails with the host's error 94", Hex(hr));
-    IErrorInfo* info = nullptr;
-    BSTR source = nullptr;
-    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
-        info->GetSource(&source);
-        info->Release();
-    }
-    const std::wstring sourceText = Take(source);
+    const std::wstring sourceText = ErrorSource();
     Check(sourceText == L"ChildElement.ToXMLElement", "the clear writer's error names ToXMLElement", sourceText);
     hr = list->ToXMLElement(nullptr, &xmlElement);
     Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
@@ -382,13 +387,7 @@ void CheckStoryboards() {
 
     IXMLDOMElement* element = nullptr;
     hr = boards->ToClearXMLElement(nullptr, &element);
-    IErrorInfo* info = nullptr;
-    BSTR source = nullptr;
-    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
-        info->GetSource(&source);
-        info->Release();
-    }
-    const std::wstring sourceText = Take(source);
+    const std::wstring sourceText = ErrorSource();
     Check(hr == static_cast<HRESULT>(0x800A005E) && sourceText == L"StoryboardtCollection.ToXMLElement",
           "the set's writers fail with error 94 under their own source", sourceText);
     VARIANT empty;
