@@ -8,6 +8,10 @@ set(CMAKE_C_COMPILER ${QUILLBANK_MINGW_PREFIX}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${QUILLBANK_MINGW_PREFIX}-g++-posix)
 set(CMAKE_RC_COMPILER ${QUILLBANK_MINGW_PREFIX}-windres)
 set(QUILLBANK_WIDL ${QUILLBANK_MINGW_PREFIX}-widl)
+# The type library is written for 64-bit Windows, importing the stdole2.tlb
+# and msxml3.dll of the 64-bit Wine DLLs.
+set(QUILLBANK_WIDL_TARGET --win64)
+set(QUILLBANK_WINE_DLLS_SUBDIR x86_64-linux-gnu/wine/x86_64-windows)
 
 set(CMAKE_FIND_ROOT_PATH /usr/${QUILLBANK_MINGW_PREFIX})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

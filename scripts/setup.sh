@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs every Debian package the project needs to build and test.
-# Does nothing when all of them are present already.
+# Does nothing when all of them are present already. Then makes the private
+# Debian root with 64-bit and 32-bit Wine (scripts/wine-root.sh) unless it is
+# there already.
 set -euo pipefail
 
 packages=(
@@ -17,6 +19,9 @@ packages=(
   # library, the IDL files widl imports, Wine to run the tests, and
   # GoogleTest's sources to cross-compile the core suite.
   g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev wine64 googletest
+  # The 32-bit Windows build, and debootstrap for the private root that holds
+  # Wine for both bitnesses (scripts/wine-root.sh).
+  g++-mingw-w64-i686-posix debootstrap
   clang-14 libclang-rt-14-dev
 )
 
@@ -27,13 +32,14 @@ for p in "${packages[@]}"; do
   fi
 done
 
-if [ ${#missing[@]} -eq 0 ]; then
-  exit 0
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "Installing: ${missing[*]}"
+  sudo=""
+  if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi
+  export DEBIAN_FRONTEND=noninteractive
+  $sudo apt-get update
+  $sudo apt-get install -y --no-install-recommends "${missing[@]}"
 fi
 
-echo "Installing: ${missing[*]}"
-sudo=""
-if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi
-export DEBIAN_FRONTEND=noninteractive
-$sudo apt-get update
-$sudo apt-get install -y --no-install-recommends "${missing[@]}"
+# Wine for both bitnesses, in a private root under build/ (made once).
+"$(dirname "$0")/wine-root.sh" make

@@ -1,37 +1,47 @@
 #!/usr/bin/env bash
-# Cross-builds the Windows in-process server with MinGW-w64 and runs its
-# tests under Wine in a private prefix (build/windows/wineprefix): the
-# JScript and VBScript suites through cscript, the early-binding C++ client,
-# and the core suites cross-compiled against the MSXML backend (without the
-# tests named in tests/com/wine_differences.txt). Every suite prints one line per check and a final sentinel line;
-# a suite passes only when it exits 0 and its sentinel is there.
+# Cross-builds the Windows in-process server with MinGW-w64 for x64 (preset
+# windows) and for x86 (preset windows32) and tests both under Wine, as a
+# 64-bit Windows holds them: one 64-bit prefix (build/wineprefix) with both
+# servers registered, the 64-bit programs run from system32 and the 32-bit
+# ones (cscript, regsvr32) from syswow64. Wine for both bitnesses comes from
+# the private Debian root of scripts/wine-root.sh (build/wine-root), whose
+# 64-bit and 32-bit libraries always match, whatever the machine's own apt
+# holds.
+#
+# For each bitness: the JScript and VBScript suites through cscript (each
+# with the shared checks of tests/com/prelude.js or prelude.vbs in front),
+# the early-binding C++ client, the type-library test (records and members
+# as hosts import them, against tests/com/type_library_members.txt), and the
+# core suites cross-compiled against the MSXML backend (without the tests
+# named in tests/com/wine_differences.txt).
+# Then scripts/test-type-library-patch.sh checks the build's type-library
+# patch, scripts/test-registration.sh registration in a prefix of its own,
+# and scripts/test-package-windows.sh the package (scripts/package-windows.sh).
+# Every suite prints one line per check and a final sentinel line; a suite
+# passes only when it exits 0 and its sentinel is there.
+#
+#   scripts/test-windows.sh            both bitnesses
+#   scripts/test-windows.sh 64|32      one of them
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
+bitnesses=(64 32)
+if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
-cmake --preset windows
 core_suites=(frame support xml properties elements storyboards maps lesson)
-targets=(QuillbankServer early_binding_client)
+targets=(QuillbankServer early_binding_client type_library_test registration_test regfree_host)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
-cmake --build --preset windows -j "$jobs" --target "${targets[@]}"
 
-build=build/windows
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver
-export WINEPREFIX="$PWD/$build/wineprefix"
-export WINEDEBUG=-all
-export WINEDLLOVERRIDES="mscoree,mshtml="
-export WINEARCH=win64
+scripts/wine-root.sh make
+for bits in "${bitnesses[@]}"; do
+  preset=windows
+  [ "$bits" = 32 ] && preset=windows32
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs" --target "${targets[@]}"
+done
 
-if [ ! -f "$WINEPREFIX/system.reg" ]; then
-  echo "Making the Wine prefix $WINEPREFIX"
-  timeout 600 "$wine" wineboot -i
-  timeout 300 "$wineserver" -w
-fi
-trap 'timeout 60 "$wineserver" -k || true' EXIT
-
-dll="$(timeout 60 "$wine" winepath -w "$PWD/$build/src/com/Quillbank.dll" 2>/dev/null | tr -d '\r')"
-timeout 300 "$wine" regsvr32 /s "$dll"
+source scripts/wine-env.sh
+wine_prefix_ready
 
 failed=0
 run_suite() {
@@ -39,14 +49,16 @@ run_suite() {
   shift
   local output status attempt
   # Wine now and then fails to start cscript at all ("ShellExecuteEx
-  # failed"); that is no result of the suite, so such a start is tried again.
+  # failed", or, on a loaded machine, a host that ends without having run a
+  # line of the script); that is no result of the suite, so such a start is
+  # tried again. A suite that ran prints at least one line.
   for attempt in 1 2 3; do
     status=0
     output="$(timeout 600 "$@" 2>&1 | tr -d '\r')" || status=$?
-    if ! printf '%s\n' "$output" | grep -q 'ShellExecuteEx failed'; then
+    if [ -n "$output" ] && ! printf '%s\n' "$output" | grep -q 'ShellExecuteEx failed'; then
       break
     fi
-    echo "($name: Wine could not start the script host, attempt $attempt)"
+    echo "($name: Wine could not start the program, attempt $attempt)"
   done
   printf '%s\n' "$output"
   if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -qx 'END-OF-SUITE'; then
@@ -57,26 +69,46 @@ run_suite() {
   fi
 }
 
-for script in tests/com/*.js tests/com/*.vbs; do
-  path="$(timeout 60 "$wine" winepath -w "$PWD/$script" 2>/dev/null | tr -d '\r')"
-  run_suite "$script" "$wine" cscript //nologo "$path"
-done
-run_suite "early-binding client" "$wine" "$build/tests/com/early_binding_client.exe"
-
-# The core suites: a run passes when GoogleTest exits 0 after its summary.
 skipped="$(sed -e '/^#/d' -e 's/ # .*//' -e '/^$/d' tests/com/wine_differences.txt | paste -sd: -)"
-for suite in "${core_suites[@]}"; do
-  status=0
-  output="$(timeout 900 "$wine" "$build/tests/${suite}_tests.exe" "--gtest_filter=-$skipped" 2>&1 | tr -d '\r')" \
-    || status=$?
-  printf '%s\n' "$output" | grep -E '^\[  (FAILED|PASSED)|^\[==========\]' || true
-  if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -q '^\[  PASSED  \]'; then
-    printf '%s\n' "$output" | grep -B5 -A15 'Failure' | head -100 || true
-    echo "FAILED: core suite $suite under Wine (exit $status)"
+for bits in "${bitnesses[@]}"; do
+  build="$(build_folder "$bits")"
+  echo "=== The $bits-bit server ($build)"
+  if ! timeout 300 "${wine[@]}" "$(system_folder "$bits")\\regsvr32.exe" /s "$(windows_path "$build/src/com/Quillbank.dll")"; then
+    echo "FAILED: registering the $bits-bit server"
     failed=1
-  else
-    echo "PASSED: core suite $suite under Wine"
+    continue
   fi
+
+  for script in tests/com/*_test.js tests/com/*_test.vbs; do
+    run_suite "$script ($bits-bit)" "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo "$(suite_script "$script")"
+  done
+  run_suite "early-binding client ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/early_binding_client.exe")"
+  run_suite "type library ($bits-bit)" "${wine[@]}" "$(windows_path "$build/tests/com/type_library_test.exe")" \
+    "$(windows_path tests/com/type_library_members.txt)"
+
+  # The core suites: a run passes when GoogleTest exits 0 after its summary.
+  for suite in "${core_suites[@]}"; do
+    status=0
+    output="$(timeout 900 "${wine[@]}" "$(windows_path "$build/tests/${suite}_tests.exe")" "--gtest_filter=-$skipped" 2>&1 \
+      | tr -d '\r')" || status=$?
+    printf '%s\n' "$output" | grep -E '^\[  (FAILED|PASSED)|^\[==========\]' || true
+    if [ "$status" -ne 0 ] || ! printf '%s\n' "$output" | grep -q '^\[  PASSED  \]'; then
+      printf '%s\n' "$output" | grep -B5 -A15 'Failure' | head -100 || true
+      echo "FAILED: core suite $suite under Wine ($bits-bit)"
+      failed=1
+    else
+      echo "PASSED: core suite $suite under Wine ($bits-bit)"
+    fi
+  done
 done
+
+# Registration in a prefix of its own: both scopes, failures rolled back,
+# both servers side by side (needs both bitnesses built).
+# The package: unpacked, installed, used and uninstalled in a fresh prefix.
+if [ "${#bitnesses[@]}" -eq 2 ]; then
+  run_suite "type-library patch" scripts/test-type-library-patch.sh
+  run_suite "registration" scripts/test-registration.sh
+  run_suite "package" scripts/test-package-windows.sh
+fi
 
 exit "$failed"

@@ -13,7 +13,8 @@ namespace quillbank::com {
 // of one letter per argument: 'S' text, 'L' 32-bit integer, 'O' object (asked
 // for as the next interface of `interfaces`; Nothing gives null), 'E' an
 // optional encoding (etNotEncoded when missing), 'T' an optional boolean
-// (true when missing, read as 0 or -1). Everything read is released
+// (true when missing, read as 0 or -1), 'N' an optional 32-bit integer (-1
+// when missing). Everything read is released
 // with the reader.
 class DirectArguments {
 public:
@@ -29,7 +30,7 @@ public:
         UINT required = 0;
         UINT all = 0;
         for (const char* p = pattern; *p != '\0'; ++p, ++all) {
-            if (*p != 'E' && *p != 'T') {
+            if (*p != 'E' && *p != 'T' && *p != 'N') {
                 ++required;
             }
         }
@@ -52,6 +53,9 @@ public:
                     break;
                 case 'T':
                     read = OptionalLongArgument(parameters, i, VARIANT_TRUE, &longs_[i]);
+                    break;
+                case 'N':
+                    read = OptionalLongArgument(parameters, i, -1, &longs_[i]);
                     break;
                 default:
                     read = ObjectArgument(parameters, i, **nextInterface++, reinterpret_cast<void**>(&objects_[i]));

@@ -5,6 +5,7 @@
 // and ISupportErrorInfo for its one dual interface.
 
 #include "com/module.hpp"
+#include "com/reference_count.hpp"
 
 namespace quillbank::com {
 
@@ -32,14 +33,8 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(references_); }
+    ULONG STDMETHODCALLTYPE Release() override { return ReleaseReference(references_, this); }
 
     // IDispatch
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -120,78 +115,6 @@ protected:
     // records) are called here instead: returns true when `id` was handled,
     // with the call's status in `status`.
     virtual bool InvokeDirect(DISPID, WORD, DISPPARAMS*, VARIANT*, HRESULT*) { return false; }
-
-    // The optional 32-bit argument at `position` (counted from the first),
-    // or `fallback` when it is missing; false on a type mismatch.
-    static bool OptionalLong(DISPPARAMS* parameters, UINT position, LONG fallback, LONG* value) {
-        *value = fallback;
-        if (parameters == nullptr || position >= parameters->cArgs) {
-            return true;
-        }
-        VARIANT* given = &parameters->rgvarg[parameters->cArgs - 1 - position];
-        if (V_VT(given) == VT_ERROR && V_ERROR(given) == DISP_E_PARAMNOTFOUND) {
-            return true;
-        }
-        VARIANT converted;
-        VariantInit(&converted);
-        if (FAILED(VariantChangeType(&converted, given, 0, VT_I4))) {
-            return false;
-        }
-        *value = V_I4(&converted);
-        return true;
-    }
-
-    // The argument at `position` (counted from the first), or null when there
-    // are fewer arguments.
-    static VARIANT* Argument(DISPPARAMS* parameters, UINT position) {
-        if (parameters == nullptr || position >= parameters->cArgs) {
-            return nullptr;
-        }
-        VARIANT* given = &parameters->rgvarg[parameters->cArgs - 1 - position];
-        if (V_VT(given) == (VT_BYREF | VT_VARIANT)) {
-            given = V_VARIANTREF(given);
-        }
-        return given;
-    }
-
-    // A required text argument; false when it is missing or not text.
-    static bool TextArgument(DISPPARAMS* parameters, UINT position, VARIANT* text) {
-        VARIANT* given = Argument(parameters, position);
-        VariantInit(text);
-        return given != nullptr && !(V_VT(given) == VT_ERROR && V_ERROR(given) == DISP_E_PARAMNOTFOUND) &&
-               SUCCEEDED(VariantChangeType(text, given, 0, VT_BSTR));
-    }
-
-    // A required object argument, asked for as `iid`: Nothing (or Null)
-    // gives null; false when it is missing or not an object of that kind.
-    static bool ObjectArgument(DISPPARAMS* parameters, UINT position, REFIID iid, void** object) {
-        *object = nullptr;
-        VARIANT* given = Argument(parameters, position);
-        if (given == nullptr || (V_VT(given) == VT_ERROR && V_ERROR(given) == DISP_E_PARAMNOTFOUND)) {
-            return false;
-        }
-        IUnknown* unknown = nullptr;
-        switch (V_VT(given)) {
-            case VT_EMPTY:
-            case VT_NULL:
-                return true;
-            case VT_DISPATCH:
-                unknown = V_DISPATCH(given);
-                break;
-            case VT_UNKNOWN:
-                unknown = V_UNKNOWN(given);
-                break;
-            case VT_BYREF | VT_DISPATCH:
-                unknown = *V_DISPATCHREF(given);
-                break;
-            case VT_BYREF | VT_UNKNOWN:
-                unknown = *V_UNKNOWNREF(given);
-                break;
-            default:
-                return false;
-        }
-        return unknown == nullptr || SUCCEEDED(unknown->QueryInterface(iid, object));
-    }
 
     static bool IsCall(WORD flags) { return (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) != 0; }
 

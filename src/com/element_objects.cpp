@@ -8,7 +8,7 @@
 #include <quillbank/error.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 
-#include "com/direct_arguments.hpp"
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/identity_map.hpp"
@@ -218,76 +218,20 @@ protected:
     // The members with object arguments: Wine's ITypeInfo::Invoke takes no
     // interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case 26: {
-                DirectArguments arguments(parameters, "SO", {&IID__PersistedPropertyCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _PersistedPropertyCollection* bag = nullptr;
-                    *status = GetPPC(arguments.Text(0), arguments.ObjectSlot<_PersistedPropertyCollection>(1), &bag);
-                    HandObject(result, bag);
-                }
-                return true;
-            }
-            case 27: {
-                DirectArguments arguments(parameters, "SOE", {&IID__PersistedPropertyCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = SetPPC(arguments.Text(0), arguments.ObjectSlot<_PersistedPropertyCollection>(1),
-                                     static_cast<::EncodingTypes>(arguments.Long(2)));
-                }
-                return true;
-            }
-            case 28: {
-                DirectArguments arguments(parameters, "SO", {&IID__ChildElementCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _ChildElementCollection* list = nullptr;
-                    *status = GetCEC(arguments.Text(0), arguments.ObjectSlot<_ChildElementCollection>(1), &list);
-                    HandObject(result, list);
-                }
-                return true;
-            }
-            case 29: {
-                DirectArguments arguments(parameters, "SOE", {&IID__ChildElementCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = SetCEC(arguments.Text(0), arguments.ObjectSlot<_ChildElementCollection>(1),
-                                     static_cast<::EncodingTypes>(arguments.Long(2)));
-                }
-                return true;
-            }
-            case 31: {
-                DirectArguments arguments(parameters, "O", {&IID__PersistedPropertyCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    VARIANT empty;
-                    *status = FromPPC(arguments.Object<_PersistedPropertyCollection>(0), &empty);
-                    if (result != nullptr) {
-                        VariantInit(result);
-                    }
-                }
-                return true;
-            }
-            case 32:
-            case 33: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    IXMLDOMDocument* document = arguments.Object<IXMLDOMDocument>(0);
-                    *status = id == 33 ? ToXMLElement(document, &element) : ToClearXMLElement(document, &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 36: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        using Ppc = _PersistedPropertyCollection;
+        using Cec = _ChildElementCollection;
+        static constexpr std::array<DirectMember<CeObject>, 8> kMembers = {{
+            {26, "SO", {&IID__PersistedPropertyCollection, nullptr}, &GetObjectValue<CeObject, Ppc, &CeObject::GetPPC>},
+            {27, "SOE", {&IID__PersistedPropertyCollection, nullptr}, &SetObjectValue<CeObject, Ppc, &CeObject::SetPPC>},
+            {28, "SO", {&IID__ChildElementCollection, nullptr}, &GetObjectValue<CeObject, Cec, &CeObject::GetCEC>},
+            {29, "SOE", {&IID__ChildElementCollection, nullptr}, &SetObjectValue<CeObject, Cec, &CeObject::SetCEC>},
+            {31, "O", {&IID__PersistedPropertyCollection, nullptr},
+             &PassObjectGiveEmpty<CeObject, Ppc, &CeObject::FromPPC>},
+            ToClearXMLElementMember<CeObject>(32),
+            ToXMLElementMember<CeObject>(33),
+            FromXMLElementMember<CeObject>(36),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:
@@ -393,93 +337,28 @@ protected:
     // The members with object arguments: Wine's ITypeInfo::Invoke takes no
     // interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case 5: {
-                DirectArguments arguments(parameters, "O", {&IID__ChildElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    LONG index = 0;
-                    *status = IndexOf(arguments.Object<_ChildElement>(0), &index);
-                    HandLong(result, index);
-                }
-                return true;
-            }
-            case 7:
-            case 16: {
-                DirectArguments arguments(parameters, "OL", {&IID__ChildElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _ChildElement* element = arguments.Object<_ChildElement>(0);
-                    *status = id == 7 ? Insert(element, arguments.Long(1)) : MoveTo(element, arguments.Long(1));
-                }
-                return true;
-            }
-            case 6:
-            case 8:
-            case 12:
-            case 13:
-            case 14:
-            case 15: {
-                DirectArguments arguments(parameters, "O", {&IID__ChildElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _ChildElement* element = arguments.Object<_ChildElement>(0);
-                    switch (id) {
-                        case 6:
-                            *status = Append(element);
-                            break;
-                        case 8:
-                            *status = Remove(element);
-                            break;
-                        case 12:
-                            *status = MovePrevious(element);
-                            break;
-                        case 13:
-                            *status = MoveNext(element);
-                            break;
-                        case 14:
-                            *status = MoveFirst(element);
-                            break;
-                        default:
-                            *status = MoveLast(element);
-                            break;
-                    }
-                }
-                return true;
-            }
-            case 18:
-            case 19: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    IXMLDOMDocument* document = arguments.Object<IXMLDOMDocument>(0);
-                    *status = id == 19 ? ToXMLElement(document, &element) : ToClearXMLElement(document, &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 20: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        using Ce = _ChildElement;
+        static constexpr std::array<const IID*, 2> kElement = {&IID__ChildElement, nullptr};
+        static constexpr std::array<DirectMember<CecObject>, 12> kMembers = {{
+            {5, "O", kElement, &FindObject<CecObject, Ce, &CecObject::IndexOf, 0>},
+            {6, "O", kElement, &PassObject<CecObject, Ce, &CecObject::Append>},
+            {7, "OL", kElement, &PassObjectAndLong<CecObject, Ce, &CecObject::Insert>},
+            {8, "O", kElement, &PassObject<CecObject, Ce, &CecObject::Remove>},
+            {12, "O", kElement, &PassObject<CecObject, Ce, &CecObject::MovePrevious>},
+            {13, "O", kElement, &PassObject<CecObject, Ce, &CecObject::MoveNext>},
+            {14, "O", kElement, &PassObject<CecObject, Ce, &CecObject::MoveFirst>},
+            {15, "O", kElement, &PassObject<CecObject, Ce, &CecObject::MoveLast>},
+            {16, "OL", kElement, &PassObjectAndLong<CecObject, Ce, &CecObject::MoveTo>},
+            ToClearXMLElementMember<CecObject>(18),
+            ToXMLElementMember<CecObject>(19),
+            FromXMLElementMember<CecObject>(20),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:
     std::shared_ptr<List> list_;
 };
-
-template <class Interface>
-HRESULT CreateAs(Interface* created, REFIID iid, void** object) {
-    const HRESULT hr = created->QueryInterface(iid, object);
-    created->Release();
-    return hr;
-}
 
 }  // namespace
 

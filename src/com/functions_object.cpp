@@ -6,13 +6,12 @@
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/objects.hpp"
+#include "com/records.hpp"
 #include "com/text.hpp"
 
 namespace quillbank::com {
 
 namespace {
-
-VARIANT_BOOL AsVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 class ConstantsObject final : public DispatchObject<_Constants, &IID__Constants> {};
 
@@ -47,39 +46,17 @@ public:
             return E_POINTER;
         }
         return Guard(IID__Functions, [&] {
-            const auto record = Functions::NewAssetData(Utf8(filename), Utf8(description), Utf8(source));
-            ::AssetData out{};
-            out.Filename = NewBstr(record.Filename);
-            out.Description = NewBstr(record.Description);
-            out.Source = NewBstr(record.Source);
-            *result = out;
+            *result = ToCom(Functions::NewAssetData(Utf8(filename), Utf8(description), Utf8(source)));
         });
     }
-    HRESULT STDMETHODCALLTYPE NewFontData(BSTR name, VARIANT size, VARIANT_BOOL bold, VARIANT_BOOL italic,
+    HRESULT STDMETHODCALLTYPE NewFontData(BSTR name, double size, VARIANT_BOOL bold, VARIANT_BOOL italic,
                                           VARIANT_BOOL underline, ::FontData* result) override {
         if (result == nullptr) {
             return E_POINTER;
         }
-        double points = 8.0;
-        if (!(V_VT(&size) == VT_ERROR && V_ERROR(&size) == DISP_E_PARAMNOTFOUND) && V_VT(&size) != VT_EMPTY) {
-            VARIANT converted;
-            VariantInit(&converted);
-            if (FAILED(VariantChangeType(&converted, &size, 0, VT_R8))) {
-                return RaiseError(IID__Functions, ErrTypeMismatch, "Functions.NewFontData", "Type mismatch");
-            }
-            points = V_R8(&converted);
-        }
         return Guard(IID__Functions, [&] {
-            const auto record = Functions::NewFontData(name == nullptr ? "Arial" : Utf8(name), points,
-                                                       bold != VARIANT_FALSE, italic != VARIANT_FALSE,
-                                                       underline != VARIANT_FALSE);
-            ::FontData out{};
-            out.Name = NewBstr(record.Name);
-            out.Size = record.Size;
-            out.Bold = AsVariantBool(record.Bold);
-            out.Italic = AsVariantBool(record.Italic);
-            out.Underline = AsVariantBool(record.Underline);
-            *result = out;
+            *result = ToCom(Functions::NewFontData(name == nullptr ? "Arial" : Utf8(name), size, bold != VARIANT_FALSE,
+                                                   italic != VARIANT_FALSE, underline != VARIANT_FALSE));
         });
     }
     HRESULT STDMETHODCALLTYPE NewLocationData(BSTR startPoint, BSTR endPoint, BSTR mapName,
@@ -88,12 +65,7 @@ public:
             return E_POINTER;
         }
         return Guard(IID__Functions, [&] {
-            const auto record = Functions::NewLocationData(Utf8(startPoint), Utf8(endPoint), Utf8(mapName));
-            ::LocationData out{};
-            out.StartPoint = NewBstr(record.StartPoint);
-            out.EndPoint = NewBstr(record.EndPoint);
-            out.MapName = NewBstr(record.MapName);
-            *result = out;
+            *result = ToCom(Functions::NewLocationData(Utf8(startPoint), Utf8(endPoint), Utf8(mapName)));
         });
     }
     HRESULT STDMETHODCALLTYPE NewRectangle(LONG left, LONG top, LONG width, LONG height,
@@ -102,8 +74,7 @@ public:
             return E_POINTER;
         }
         return Guard(IID__Functions, [&] {
-            const auto record = Functions::NewRectangle(left, top, width, height);
-            *result = ::Rectangle{record.Left, record.Top, record.Width, record.Height};
+            *result = ToCom(Functions::NewRectangle(left, top, width, height));
         });
     }
     HRESULT STDMETHODCALLTYPE CleanXMLString(BSTR text, BSTR* result) override {

@@ -7,7 +7,7 @@
 #include <quillbank/lesson_map.hpp>
 #include <quillbank/lesson_map_collection.hpp>
 
-#include "com/direct_arguments.hpp"
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/identity_map.hpp"
@@ -104,68 +104,21 @@ protected:
     // interface arguments. DefaultMap is set by reference (Set in VBScript)
     // or by a plain property put (JScript).
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (id == 1 && (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-            if (parameters == nullptr || parameters->cArgs != 1) {
-                *status = DISP_E_BADPARAMCOUNT;
-                return true;
-            }
-            DISPPARAMS value = *parameters;
-            value.cNamedArgs = 0;
-            value.rgdispidNamedArgs = nullptr;
-            DirectArguments arguments(&value, "O", {&IID__LessonMap});
-            if ((*status = arguments.Status()) == S_OK) {
-                *status = putref_DefaultMap(arguments.Object<_LessonMap>(0));
-            }
+        if (InvokeObjectPut<MapsObject, _LessonMap, &MapsObject::putref_DefaultMap>(*this, 1, IID__LessonMap, id, flags,
+                                                                                    parameters, status)) {
             return true;
         }
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case 6: {
-                DirectArguments arguments(parameters, "O", {&IID__LessonMap});
-                if ((*status = arguments.Status()) == S_OK) {
-                    LONG index = -1;
-                    *status = IndexOf(arguments.Object<_LessonMap>(0), &index);
-                    HandLong(result, index);
-                }
-                return true;
-            }
-            case 8:
-            case 10: {
-                DirectArguments arguments(parameters, "O", {&IID__LessonMap});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _LessonMap* map = arguments.Object<_LessonMap>(0);
-                    *status = id == 8 ? Append(map) : Remove(map);
-                }
-                return true;
-            }
-            case 9: {
-                DirectArguments arguments(parameters, "OL", {&IID__LessonMap});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = Insert(arguments.Object<_LessonMap>(0), arguments.Long(1));
-                }
-                return true;
-            }
-            case 14: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    *status = ToXMLElement(arguments.Object<IXMLDOMDocument>(0), &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 15: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        using Map = _LessonMap;
+        static constexpr std::array<const IID*, 2> kMap = {&IID__LessonMap, nullptr};
+        static constexpr std::array<DirectMember<MapsObject>, 6> kMembers = {{
+            {6, "O", kMap, &FindObject<MapsObject, Map, &MapsObject::IndexOf, -1>},
+            {8, "O", kMap, &PassObject<MapsObject, Map, &MapsObject::Append>},
+            {9, "OL", kMap, &PassObjectAndLong<MapsObject, Map, &MapsObject::Insert>},
+            {10, "O", kMap, &PassObject<MapsObject, Map, &MapsObject::Remove>},
+            ToXMLElementMember<MapsObject>(14),
+            FromXMLElementMember<MapsObject>(15),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:

@@ -9,7 +9,7 @@
 #include <quillbank/storyboard_collection.hpp>
 #include <quillbank/tree_view.hpp>
 
-#include "com/direct_arguments.hpp"
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/identity_map.hpp"
@@ -258,63 +258,38 @@ protected:
     // The members with object arguments: Wine's ITypeInfo::Invoke takes no
     // interface arguments; ToXMLElement's document is optional and ignored.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (!IsCall(flags)) {
-            return false;
+        if (id == 6 && IsCall(flags)) {
+            // ToXMLElement: the document may be given or not; it is not used.
+            if (parameters != nullptr && (parameters->cArgs > 1 || parameters->cNamedArgs != 0)) {
+                *status = parameters->cNamedArgs != 0 ? DISP_E_NONAMEDARGS : DISP_E_BADPARAMCOUNT;
+                return true;
+            }
+            VARIANT missing;
+            VariantInit(&missing);
+            IXMLDOMElement* element = nullptr;
+            *status = ToXMLElement(missing, &element);
+            HandObject(result, element);
+            return true;
         }
-        switch (id) {
-            case 4: {
-                DirectArguments arguments(parameters, "O", {&IID_IDispatch});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromTreeNode(arguments.Object<IDispatch>(0));
-                }
-                return true;
-            }
-            case 5: {
-                DirectArguments arguments(parameters, "OO", {&IID_IDispatch, &IID_IDispatch});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = ToTreeNode(arguments.Object<IDispatch>(0), arguments.Object<IDispatch>(1));
-                }
-                return true;
-            }
-            case 6: {
-                if (parameters != nullptr && (parameters->cArgs > 1 || parameters->cNamedArgs != 0)) {
-                    *status = parameters->cNamedArgs != 0 ? DISP_E_NONAMEDARGS : DISP_E_BADPARAMCOUNT;
-                    return true;
-                }
-                VARIANT missing;
-                VariantInit(&missing);
-                IXMLDOMElement* element = nullptr;
-                *status = ToXMLElement(missing, &element);
-                HandObject(result, element);
-                return true;
-            }
-            case 7: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            case 10: {
-                DirectArguments arguments(parameters, "SLO", {&IID__LessonMap});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = InsertMap(arguments.Text(0), static_cast<::StoryboardInsertTypes>(arguments.Long(1)),
-                                        arguments.Object<_LessonMap>(2));
-                }
-                return true;
-            }
-            case 11:
-            case 12: {
-                DirectArguments arguments(parameters, "O", {&IID__StoryboardCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _StoryboardCollection* boards = arguments.Object<_StoryboardCollection>(0);
-                    *status = id == 11 ? RemoveStoryboards(boards) : KeepStoryboards(boards);
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        using Boards = _StoryboardCollection;
+        static constexpr std::array<DirectMember<MapObject>, 6> kMembers = {{
+            {4, "O", {&IID_IDispatch, nullptr}, &PassObject<MapObject, IDispatch, &MapObject::FromTreeNode>},
+            {5, "OO", {&IID_IDispatch, &IID_IDispatch},
+             [](MapObject& self, DirectArguments& arguments, VARIANT*) {
+                 return self.ToTreeNode(arguments.Object<IDispatch>(0), arguments.Object<IDispatch>(1));
+             }},
+            FromXMLElementMember<MapObject>(7),
+            {10, "SLO", {&IID__LessonMap, nullptr},
+             [](MapObject& self, DirectArguments& arguments, VARIANT*) {
+                 return self.InsertMap(arguments.Text(0), static_cast<::StoryboardInsertTypes>(arguments.Long(1)),
+                                       arguments.Object<_LessonMap>(2));
+             }},
+            {11, "O", {&IID__StoryboardCollection, nullptr},
+             &PassObject<MapObject, Boards, &MapObject::RemoveStoryboards>},
+            {12, "O", {&IID__StoryboardCollection, nullptr},
+             &PassObject<MapObject, Boards, &MapObject::KeepStoryboards>},
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:

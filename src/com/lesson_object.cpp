@@ -3,7 +3,7 @@
 #include <quillbank/error.hpp>
 #include <quillbank/lesson.hpp>
 
-#include "com/direct_arguments.hpp"
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/objects.hpp"
@@ -95,31 +95,12 @@ protected:
     // The XML members take objects: Wine's ITypeInfo::Invoke takes no
     // interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case 8:
-            case 9: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    IXMLDOMDocument* document = arguments.Object<IXMLDOMDocument>(0);
-                    *status = id == 9 ? ToXMLElement(document, &element) : ToClearXMLElement(document, &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 10: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        static constexpr std::array<DirectMember<LessonObject>, 3> kMembers = {{
+            ToClearXMLElementMember<LessonObject>(8),
+            ToXMLElementMember<LessonObject>(9),
+            FromXMLElementMember<LessonObject>(10),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:

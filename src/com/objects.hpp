@@ -7,6 +7,15 @@
 
 namespace quillbank::com {
 
+// Hands out `iid` of an object just made and drops the maker's reference:
+// the object goes when the interface cannot be had.
+template <class Interface>
+HRESULT CreateAs(Interface* created, REFIID iid, void** object) {
+    const HRESULT hr = created->QueryInterface(iid, object);
+    created->Release();
+    return hr;
+}
+
 HRESULT CreateConstants(REFIID iid, void** object);
 HRESULT CreateFunctions(REFIID iid, void** object);
 

@@ -6,6 +6,7 @@
 #include <quillbank/error.hpp>
 #include <quillbank/persisted_property_collection.hpp>
 
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/identity_map.hpp"
@@ -228,164 +229,40 @@ protected:
     // and the XML members (object arguments) are called here: Wine's
     // ITypeInfo::Invoke hands back no arrays and takes no interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        enum : DISPID {
-            kNames = 4,
-            kGetPPC = 30,
-            kSetPPC = 31,
-            kGetCEC = 32,
-            kSetCEC = 33,
-            kToClearElement = 38,
-            kToElement = 39,
-            kFromElement = 40
-        };
-        if (!IsCall(flags) || (id != kNames && id != kGetPPC && id != kSetPPC && id != kGetCEC && id != kSetCEC &&
-                               id != kToClearElement && id != kToElement && id != kFromElement)) {
-            return false;
-        }
-        if (parameters != nullptr && parameters->cNamedArgs != 0) {
-            *status = DISP_E_NONAMEDARGS;
-            return true;
-        }
-        const UINT count = parameters == nullptr ? 0 : parameters->cArgs;
-        switch (id) {
-            case kNames: {
-                LONG encoding = -1;
-                if (count > 1) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!OptionalLong(parameters, 0, -1, &encoding)) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    SAFEARRAY* names = nullptr;
-                    *status = GetPropertyNameArray(encoding, &names);
-                    Hand(result, VT_ARRAY | VT_BSTR, names);
-                }
-                return true;
-            }
-            case kGetPPC: {
-                VARIANT name;
-                _PersistedPropertyCollection* fallback = nullptr;
-                if (count != 2) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!TextArgument(parameters, 0, &name) ||
-                           !ObjectArgument(parameters, 1, IID__PersistedPropertyCollection,
-                                           reinterpret_cast<void**>(&fallback))) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    _PersistedPropertyCollection* bag = nullptr;
-                    *status = GetPPC(V_BSTR(&name), &fallback, &bag);
-                    if (result != nullptr) {
-                        VariantInit(result);
-                        V_VT(result) = VT_DISPATCH;
-                        V_DISPATCH(result) = bag;
-                    } else if (bag != nullptr) {
-                        bag->Release();
-                    }
-                }
-                if (fallback != nullptr) {
-                    fallback->Release();
-                }
-                VariantClear(&name);
-                return true;
-            }
-            case kSetPPC: {
-                VARIANT name;
-                LONG encoding = etNotEncoded;
-                _PersistedPropertyCollection* bag = nullptr;
-                if (count < 2 || count > 3) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!TextArgument(parameters, 0, &name) ||
-                           !ObjectArgument(parameters, 1, IID__PersistedPropertyCollection,
-                                           reinterpret_cast<void**>(&bag)) ||
-                           !OptionalLong(parameters, 2, etNotEncoded, &encoding)) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    *status = SetPPC(V_BSTR(&name), bag, static_cast<::EncodingTypes>(encoding));
-                }
-                if (bag != nullptr) {
-                    bag->Release();
-                }
-                VariantClear(&name);
-                return true;
-            }
-            case kGetCEC: {
-                VARIANT name;
-                _ChildElementCollection* fallback = nullptr;
-                if (count != 2) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!TextArgument(parameters, 0, &name) ||
-                           !ObjectArgument(parameters, 1, IID__ChildElementCollection,
-                                           reinterpret_cast<void**>(&fallback))) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    _ChildElementCollection* list = nullptr;
-                    *status = GetCEC(V_BSTR(&name), fallback, &list);
-                    if (result != nullptr) {
-                        VariantInit(result);
-                        V_VT(result) = VT_DISPATCH;
-                        V_DISPATCH(result) = list;
-                    } else if (list != nullptr) {
-                        list->Release();
-                    }
-                }
-                if (fallback != nullptr) {
-                    fallback->Release();
-                }
-                VariantClear(&name);
-                return true;
-            }
-            case kSetCEC: {
-                VARIANT name;
-                LONG encoding = etNotEncoded;
-                _ChildElementCollection* list = nullptr;
-                if (count < 2 || count > 3) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!TextArgument(parameters, 0, &name) ||
-                           !ObjectArgument(parameters, 1, IID__ChildElementCollection,
-                                           reinterpret_cast<void**>(&list)) ||
-                           !OptionalLong(parameters, 2, etNotEncoded, &encoding)) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    *status = SetCEC(V_BSTR(&name), list, static_cast<::EncodingTypes>(encoding));
-                }
-                if (list != nullptr) {
-                    list->Release();
-                }
-                VariantClear(&name);
-                return true;
-            }
-            case kToClearElement:
-            case kToElement: {
-                IXMLDOMDocument* document = nullptr;
-                if (count != 1) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!ObjectArgument(parameters, 0, IID_IXMLDOMDocument, reinterpret_cast<void**>(&document))) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    IXMLDOMElement* element = nullptr;
-                    *status = id == kToElement ? ToXMLElement(document, &element)
-                                               : ToClearXMLElement(document, &element);
-                    Hand(result, VT_DISPATCH, element);
-                }
-                if (document != nullptr) {
-                    document->Release();
-                }
-                return true;
-            }
-            default: {
-                IXMLDOMElement* element = nullptr;
-                if (count != 1) {
-                    *status = DISP_E_BADPARAMCOUNT;
-                } else if (!ObjectArgument(parameters, 0, IID_IXMLDOMElement, reinterpret_cast<void**>(&element))) {
-                    *status = DISP_E_TYPEMISMATCH;
-                } else {
-                    *status = FromXMLElement(element);
-                }
-                if (element != nullptr) {
-                    element->Release();
-                }
-                return true;
-            }
-        }
+        using Ppc = _PersistedPropertyCollection;
+        using Cec = _ChildElementCollection;
+        static constexpr std::array<DirectMember<PpcObject>, 8> kMembers = {{
+            {4, "N", {nullptr, nullptr},
+             [](PpcObject& self, DirectArguments& arguments, VARIANT* result) {
+                 SAFEARRAY* names = nullptr;
+                 const HRESULT hr = self.GetPropertyNameArray(arguments.Long(0), &names);
+                 Hand(result, VT_ARRAY | VT_BSTR, names);
+                 return hr;
+             }},
+            {30, "SO", {&IID__PersistedPropertyCollection, nullptr},
+             &GetObjectValue<PpcObject, Ppc, &PpcObject::GetPPC>},
+            {31, "SOE", {&IID__PersistedPropertyCollection, nullptr},
+             [](PpcObject& self, DirectArguments& arguments, VARIANT*) {
+                 return self.SetPPC(arguments.Text(0), arguments.Object<Ppc>(1),
+                                    static_cast<::EncodingTypes>(arguments.Long(2)));
+             }},
+            {32, "SO", {&IID__ChildElementCollection, nullptr},
+             [](PpcObject& self, DirectArguments& arguments, VARIANT* result) {
+                 Cec* list = nullptr;
+                 const HRESULT hr = self.GetCEC(arguments.Text(0), arguments.Object<Cec>(1), &list);
+                 HandObject(result, list);
+                 return hr;
+             }},
+            {33, "SOE", {&IID__ChildElementCollection, nullptr},
+             [](PpcObject& self, DirectArguments& arguments, VARIANT*) {
+                 return self.SetCEC(arguments.Text(0), arguments.Object<Cec>(1),
+                                    static_cast<::EncodingTypes>(arguments.Long(2)));
+             }},
+            ToClearXMLElementMember<PpcObject>(38),
+            ToXMLElementMember<PpcObject>(39),
+            FromXMLElementMember<PpcObject>(40),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:
@@ -415,15 +292,6 @@ private:
             V_ARRAY(result) = array;
         } else if (array != nullptr) {
             SafeArrayDestroy(array);
-        }
-    }
-    static void Hand(VARIANT* result, VARTYPE type, IXMLDOMElement* element) {
-        if (result != nullptr) {
-            VariantInit(result);
-            V_VT(result) = type;
-            V_DISPATCH(result) = element;
-        } else if (element != nullptr) {
-            element->Release();
         }
     }
 

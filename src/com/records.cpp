@@ -2,7 +2,18 @@
 
 #include <quillbank/error.hpp>
 
+#include <cstddef>
+
 #include "com/text.hpp"
+
+// The records as hosts see them on both platforms: the type library's layout
+// (natural alignment, a double on 8 bytes), whatever the pointer size.
+static_assert(sizeof(::FontData) == 24 && offsetof(::FontData, Size) == 8 && offsetof(::FontData, Bold) == 16 &&
+              offsetof(::FontData, Italic) == 18 && offsetof(::FontData, Underline) == 20);
+static_assert(sizeof(::Rectangle) == 16 && offsetof(::Rectangle, Height) == 12);
+static_assert(sizeof(::AssetData) == 3 * sizeof(BSTR) && offsetof(::AssetData, Source) == 2 * sizeof(BSTR));
+static_assert(sizeof(::LocationData) == 3 * sizeof(BSTR) && offsetof(::LocationData, MapName) == 2 * sizeof(BSTR));
+static_assert(sizeof(long) == 4, "a type-library long is 32 bits on both platforms");
 
 namespace quillbank::com {
 

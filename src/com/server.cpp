@@ -1,11 +1,12 @@
-// The four in-process server entry points, the class factories and the
-// registration of the creatable classes.
+// The in-process server entry points (the four standard ones and
+// DllInstall for per-user registration) and the class factories.
 
 #include <new>
 #include <string>
 
 #include "com/module.hpp"
 #include "com/objects.hpp"
+#include "com/registration.hpp"
 
 namespace quillbank::com {
 
@@ -32,8 +33,6 @@ const ClassEntry kClasses[] = {
     {&CLSID_LessonMapCollection, L"LessonMapCollection", &CreateLessonMapCollection},
     {&CLSID_Lesson, L"Lesson", &CreateLesson},
 };
-
-constexpr const wchar_t* kLibraryName = L"Quillbank";
 
 class ClassFactory final : public IClassFactory {
 public:
@@ -79,45 +78,16 @@ private:
     CreateFunction create_;
 };
 
-std::wstring GuidText(REFGUID guid) {
-    wchar_t text[40] = {};
-    StringFromGUID2(guid, text, 40);
-    return text;
-}
-
-bool SetValue(HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
-    HKEY handle = nullptr;
-    if (RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle, nullptr) != ERROR_SUCCESS) {
-        return false;
-    }
-    const LONG status = RegSetValueExW(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-    RegCloseKey(handle);
-    return status == ERROR_SUCCESS;
-}
-
-HRESULT RegisterClass(const ClassEntry& entry, const std::wstring& path) {
-    const std::wstring clsid = GuidText(*entry.clsid);
-    const std::wstring progId = std::wstring(kLibraryName) + L"." + entry.name;
-    const std::wstring classKey = L"CLSID\\" + clsid;
-    const bool written =
-        SetValue(HKEY_CLASSES_ROOT, classKey, nullptr, progId) &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\InprocServer32", nullptr, path) &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\InprocServer32", L"ThreadingModel", L"Apartment") &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\ProgID", nullptr, progId) &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\VersionIndependentProgID", nullptr, progId) &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\TypeLib", nullptr, GuidText(LIBID_Quillbank)) &&
-        SetValue(HKEY_CLASSES_ROOT, classKey + L"\\Version", nullptr, L"2.0") &&
-        SetValue(HKEY_CLASSES_ROOT, progId, nullptr, progId) &&
-        SetValue(HKEY_CLASSES_ROOT, progId + L"\\CLSID", nullptr, clsid);
-    return written ? S_OK : SELFREG_E_CLASS;
-}
-
-void UnregisterClass(const ClassEntry& entry) {
-    const std::wstring progId = std::wstring(kLibraryName) + L"." + entry.name;
-    RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + GuidText(*entry.clsid)).c_str());
-    RegDeleteTreeW(HKEY_CLASSES_ROOT, progId.c_str());
-}
+// The creatable classes as registration writes them.
+const RegisteredClass kRegistered[] = {
+    {kClasses[0].clsid, kClasses[0].name}, {kClasses[1].clsid, kClasses[1].name},
+    {kClasses[2].clsid, kClasses[2].name}, {kClasses[3].clsid, kClasses[3].name},
+    {kClasses[4].clsid, kClasses[4].name}, {kClasses[5].clsid, kClasses[5].name},
+    {kClasses[6].clsid, kClasses[6].name}, {kClasses[7].clsid, kClasses[7].name},
+    {kClasses[8].clsid, kClasses[8].name}, {kClasses[9].clsid, kClasses[9].name},
+};
+static_assert(sizeof kRegistered / sizeof kRegistered[0] == sizeof kClasses / sizeof kClasses[0]);
+constexpr std::size_t kRegisteredCount = sizeof kRegistered / sizeof kRegistered[0];
 
 }  // namespace
 
@@ -161,30 +131,20 @@ extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() {
 }
 
 extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() {
-    const std::wstring path = ModulePath();
-    if (path.empty()) {
-        return SELFREG_E_CLASS;
-    }
-    for (const ClassEntry& entry : kClasses) {
-        const HRESULT hr = RegisterClass(entry, path);
-        if (FAILED(hr)) {
-            return hr;
-        }
-    }
-    ITypeLib* library = nullptr;
-    HRESULT hr = LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library);
-    if (FAILED(hr)) {
-        return SELFREG_E_TYPELIB;
-    }
-    hr = RegisterTypeLib(library, const_cast<LPOLESTR>(path.c_str()), nullptr);
-    library->Release();
-    return FAILED(hr) ? SELFREG_E_TYPELIB : S_OK;
+    return RegisterServer(RegistrationScope::Machine, kRegistered, kRegisteredCount);
 }
 
 extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() {
-    for (const ClassEntry& entry : kClasses) {
-        UnregisterClass(entry);
+    return UnregisterServer(RegistrationScope::Machine, kRegistered, kRegisteredCount);
+}
+
+// `regsvr32 /n /i:user` (and `/u /n /i:user`) registers (unregisters) for
+// the current user only; an empty command line or "machine" per machine.
+extern "C" HRESULT STDAPICALLTYPE DllInstall(BOOL install, LPCWSTR commandLine) {
+    RegistrationScope scope = RegistrationScope::Machine;
+    if (!ScopeOfCommandLine(commandLine, &scope)) {
+        return E_INVALIDARG;
     }
-    UnRegisterTypeLib(LIBID_Quillbank, 2, 0, 0x0409, SYS_WIN64);
-    return S_OK;
+    return install ? RegisterServer(scope, kRegistered, kRegisteredCount)
+                   : UnregisterServer(scope, kRegistered, kRegisteredCount);
 }

@@ -11,7 +11,7 @@
 #include <quillbank/storyboard.hpp>
 #include <quillbank/storyboard_collection.hpp>
 
-#include "com/direct_arguments.hpp"
+#include "com/direct_members.hpp"
 #include "com/dispatch_object.hpp"
 #include "com/errors.hpp"
 #include "com/identity_map.hpp"
@@ -118,42 +118,13 @@ protected:
     // The members with object arguments: Wine's ITypeInfo::Invoke takes no
     // interface arguments.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case 10: {
-                DirectArguments arguments(parameters, "O", {&IID__Storyboard});
-                if ((*status = arguments.Status()) == S_OK) {
-                    VARIANT empty;
-                    *status = CopyFrom(arguments.Object<_Storyboard>(0), &empty);
-                    if (result != nullptr) {
-                        VariantInit(result);
-                    }
-                }
-                return true;
-            }
-            case 11:
-            case 12: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    IXMLDOMDocument* document = arguments.Object<IXMLDOMDocument>(0);
-                    *status = id == 12 ? ToXMLElement(document, &element) : ToClearXMLElement(document, &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 13: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        static constexpr std::array<DirectMember<SbObject>, 4> kMembers = {{
+            {10, "O", {&IID__Storyboard, nullptr}, &PassObjectGiveEmpty<SbObject, _Storyboard, &SbObject::CopyFrom>},
+            ToClearXMLElementMember<SbObject>(11),
+            ToXMLElementMember<SbObject>(12),
+            FromXMLElementMember<SbObject>(13),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:
@@ -184,14 +155,8 @@ public:
         *object = nullptr;
         return E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-        }
-        return static_cast<ULONG>(left);
-    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return AddReference(references_); }
+    ULONG STDMETHODCALLTYPE Release() override { return ReleaseReference(references_, this); }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
         if (items == nullptr || (wanted > 1 && fetched == nullptr)) {
@@ -323,97 +288,49 @@ protected:
     // ITypeInfo::Invoke cannot pass, and the enumerator, which JScript may
     // ask for as a method.
     bool InvokeDirect(DISPID id, WORD flags, DISPPARAMS* parameters, VARIANT* result, HRESULT* status) override {
-        if (id == 1 && (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-            // CurrentSB is set by reference; the value is the one named argument.
-            if (parameters == nullptr || parameters->cArgs != 1) {
-                *status = DISP_E_BADPARAMCOUNT;
-                return true;
-            }
-            DISPPARAMS value = *parameters;
-            value.cNamedArgs = 0;
-            value.rgdispidNamedArgs = nullptr;
-            DirectArguments arguments(&value, "O", {&IID__Storyboard});
-            if ((*status = arguments.Status()) == S_OK) {
-                *status = putref_CurrentSB(arguments.Object<_Storyboard>(0));
-            }
+        // CurrentSB is set by reference.
+        if (InvokeObjectPut<SbcObject, _Storyboard, &SbcObject::putref_CurrentSB>(*this, 1, IID__Storyboard, id, flags,
+                                                                                  parameters, status)) {
             return true;
         }
-        if (!IsCall(flags)) {
-            return false;
-        }
-        switch (id) {
-            case DISPID_NEWENUM: {
-                DirectArguments arguments(parameters, "", {});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IUnknown* enumerator = nullptr;
-                    *status = get_NewEnum(&enumerator);
-                    if (result != nullptr) {
-                        VariantInit(result);
-                        V_VT(result) = VT_UNKNOWN;
-                        V_UNKNOWN(result) = enumerator;
-                    } else if (enumerator != nullptr) {
-                        enumerator->Release();
-                    }
-                }
-                return true;
-            }
-            case 3: {
-                DirectArguments arguments(parameters, "O", {&IID__Storyboard});
-                if ((*status = arguments.Status()) == S_OK) {
-                    _Storyboard* added = nullptr;
-                    *status = Add(arguments.Object<_Storyboard>(0), &added);
-                    HandObject(result, added);
-                }
-                return true;
-            }
-            case 8: {
-                DirectArguments arguments(parameters, "O", {&IID__StoryboardCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = RemoveCollection(arguments.Object<_StoryboardCollection>(0));
-                }
-                return true;
-            }
-            case 9: {
-                DirectArguments arguments(parameters, "OT", {&IID__StoryboardCollection});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = AddCollection(arguments.Object<_StoryboardCollection>(0),
-                                            arguments.Long(1) != 0 ? VARIANT_TRUE : VARIANT_FALSE);
-                }
-                return true;
-            }
-            case 11:
-            case 12: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMDocument});
-                if ((*status = arguments.Status()) == S_OK) {
-                    IXMLDOMElement* element = nullptr;
-                    IXMLDOMDocument* document = arguments.Object<IXMLDOMDocument>(0);
-                    *status = id == 12 ? ToXMLElement(document, &element) : ToClearXMLElement(document, &element);
-                    HandObject(result, element);
-                }
-                return true;
-            }
-            case 13: {
-                DirectArguments arguments(parameters, "O", {&IID_IXMLDOMElement});
-                if ((*status = arguments.Status()) == S_OK) {
-                    *status = FromXMLElement(arguments.Object<IXMLDOMElement>(0));
-                }
-                return true;
-            }
-            default:
-                return false;
-        }
+        using Set = _StoryboardCollection;
+        static constexpr std::array<DirectMember<SbcObject>, 7> kMembers = {{
+            {DISPID_NEWENUM, "", {nullptr, nullptr},
+             [](SbcObject& self, DirectArguments&, VARIANT* result) {
+                 IUnknown* enumerator = nullptr;
+                 const HRESULT hr = self.get_NewEnum(&enumerator);
+                 if (result != nullptr) {
+                     VariantInit(result);
+                     V_VT(result) = VT_UNKNOWN;
+                     V_UNKNOWN(result) = enumerator;
+                 } else if (enumerator != nullptr) {
+                     enumerator->Release();
+                 }
+                 return hr;
+             }},
+            {3, "O", {&IID__Storyboard, nullptr},
+             [](SbcObject& self, DirectArguments& arguments, VARIANT* result) {
+                 _Storyboard* added = nullptr;
+                 const HRESULT hr = self.Add(arguments.Object<_Storyboard>(0), &added);
+                 HandObject(result, added);
+                 return hr;
+             }},
+            {8, "O", {&IID__StoryboardCollection, nullptr}, &PassObject<SbcObject, Set, &SbcObject::RemoveCollection>},
+            {9, "OT", {&IID__StoryboardCollection, nullptr},
+             [](SbcObject& self, DirectArguments& arguments, VARIANT*) {
+                 return self.AddCollection(arguments.Object<Set>(0),
+                                           arguments.Long(1) != 0 ? VARIANT_TRUE : VARIANT_FALSE);
+             }},
+            ToClearXMLElementMember<SbcObject>(11),
+            ToXMLElementMember<SbcObject>(12),
+            FromXMLElementMember<SbcObject>(13),
+        }};
+        return InvokeMember(*this, kMembers, id, flags, parameters, result, status);
     }
 
 private:
     std::shared_ptr<Boards> boards_;
 };
-
-template <class Interface>
-HRESULT CreateAs(Interface* created, REFIID iid, void** object) {
-    const HRESULT hr = created->QueryInterface(iid, object);
-    created->Release();
-    return hr;
-}
 
 }  // namespace
 

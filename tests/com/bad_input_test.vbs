@@ -5,25 +5,7 @@
 ' from a document the library hands out, since Wine's VBScript cannot create
 ' MSXML's DOM itself. One line per check ("ok ..." or "not ok ..."), then the
 ' sentinel line; the exit code is the number of failed checks.
-Option Explicit
-
-' A check whose own expression fails is skipped by On Error Resume Next, so
-' the suite also counts the checks that reported.
 Const kChecks = 16
-Dim failures, reported
-failures = 0
-reported = 0
-
-Sub Report(passed, name, detail)
-    reported = reported + 1
-    If passed Then
-        WScript.Echo "ok " & name
-    Else
-        failures = failures + 1
-        WScript.Echo "not ok " & name & " -- " & detail
-    End If
-End Sub
-
 ' Reports whether the error left by the last statement has `number` (and,
 ' when not empty, `description`), then clears it.
 Sub Expect(number, description, name)
@@ -82,10 +64,4 @@ Set maps.DefaultMap = sb
 Expect 13, "", "LessonMapCollection.DefaultMap set to a storyboard is a type mismatch"
 
 On Error GoTo 0
-If reported <> kChecks Then
-    failures = failures + 1
-    WScript.Echo "not ok every check reported -- " & reported & " of " & kChecks
-End If
-WScript.Echo "# VBScript bad-input suite: " & failures & " failed"
-WScript.Echo "END-OF-SUITE"
-WScript.Quit failures
+Finish "VBScript bad-input suite", kChecks

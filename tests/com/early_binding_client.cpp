@@ -5,32 +5,15 @@
 // released. One line per check, then the sentinel line; the exit code is the
 // number of failed checks.
 
-#include <initguid.h>
+#include "test_checks.hpp"
 
-#ifndef NOGDI
-#define NOGDI
-#endif
-#include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
-
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "quillbank_tlb.h"
-
 namespace {
 
-int failures = 0;
-
-void Check(bool passed, const char* name, const std::wstring& detail = L"") {
-    if (passed) {
-        std::printf("ok %s\n", name);
-    } else {
-        ++failures;
-        std::printf("not ok %s -- %ls\n", name, detail.c_str());
-    }
+void Check(bool passed, const std::string& name, const std::wstring& detail = L"") {
+    quillbank_test::Check(passed, name, detail);
 }
 
 std::wstring Hex(HRESULT hr) {
@@ -43,6 +26,17 @@ std::wstring Take(BSTR text) {
     std::wstring out = text == nullptr ? L"" : std::wstring(text, SysStringLen(text));
     SysFreeString(text);
     return out;
+}
+
+// The source of the error object the last failed call left.
+std::wstring ErrorSource() {
+    IErrorInfo* info = nullptr;
+    BSTR source = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        info->GetSource(&source);
+        info->Release();
+    }
+    return Take(source);
 }
 
 std::wstring RegistryText(const std::wstring& key, const wchar_t* name) {
@@ -79,17 +73,15 @@ void CheckFunctions() {
     Check(hr == S_OK && rectangle.Left == 1 && rectangle.Top == 2 && rectangle.Width == 3 && rectangle.Height == 4,
           "NewRectangle returns the record", Hex(hr));
 
-    VARIANT missing;
-    VariantInit(&missing);
-    V_VT(&missing) = VT_ERROR;
-    V_ERROR(&missing) = DISP_E_PARAMNOTFOUND;
+    // Size is a double on the stack (x86) or in a floating-point register
+    // (x64), as a host compiled against the library passes it.
     BSTR arial = SysAllocString(L"Arial");
     ::FontData font{};
-    hr = functions->NewFontData(arial, missing, VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, &font);
+    hr = functions->NewFontData(arial, 10.5, VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, &font);
     SysFreeString(arial);
-    Check(hr == S_OK && font.Size == 8.0 && font.Italic == VARIANT_TRUE && font.Bold == VARIANT_FALSE &&
-              Take(font.Name) == L"Arial",
-          "NewFontData without a size gives size 8", Hex(hr));
+    Check(hr == S_OK && font.Size == 10.5 && font.Italic == VARIANT_TRUE && font.Bold == VARIANT_FALSE &&
+              font.Underline == VARIANT_FALSE && Take(font.Name) == L"Arial",
+          "NewFontData takes its size as a double", Hex(hr));
 
     text = nullptr;
     hr = functions->OLEColorToHTMLColor(0x7F000000, &text);
@@ -305,13 +297,7 @@ void CheckChildElements() {
     hr = element->ToClearXMLElement(nullptr, &xmlElement);
     Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
           "ChildElement.ToClearXMLElement of a null document fails with the host's error 94", Hex(hr));
-    IErrorInfo* info = nullptr;
-    BSTR source = nullptr;
-    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
-        info->GetSource(&source);
-        info->Release();
-    }
-    const std::wstring sourceText = Take(source);
+    const std::wstring sourceText = ErrorSource();
     Check(sourceText == L"ChildElement.ToXMLElement", "the clear writer's error names ToXMLElement", sourceText);
     hr = list->ToXMLElement(nullptr, &xmlElement);
     Check(hr == static_cast<HRESULT>(0x800A005E) && xmlElement == nullptr,
@@ -401,13 +387,7 @@ void CheckStoryboards() {
 
     IXMLDOMElement* element = nullptr;
     hr = boards->ToClearXMLElement(nullptr, &element);
-    IErrorInfo* info = nullptr;
-    BSTR source = nullptr;
-    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
-        info->GetSource(&source);
-        info->Release();
-    }
-    const std::wstring sourceText = Take(source);
+    const std::wstring sourceText = ErrorSource();
     Check(hr == static_cast<HRESULT>(0x800A005E) && sourceText == L"StoryboardtCollection.ToXMLElement",
           "the set's writers fail with error 94 under their own source", sourceText);
     VARIANT empty;
@@ -876,8 +856,7 @@ void CheckUnload() {
 }  // namespace
 
 int main() {
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-        std::printf("not ok COM starts\n");
+    if (!quillbank_test::StartCom()) {
         return 1;
     }
     CheckFunctions();
@@ -891,8 +870,5 @@ int main() {
     CheckTypeLibrary();
     CheckRegistration();
     CheckUnload();
-    CoUninitialize();
-    std::printf("# early-binding client: %d failed\n", failures);
-    std::printf("END-OF-SUITE\n");
-    return failures;
+    return quillbank_test::Finish("early-binding client");
 }

@@ -2,25 +2,7 @@
 ' identifier, called late-bound, the default map set with Set, errors through
 ' Err. One line per check ("ok ..." or "not ok ..."), then the sentinel line;
 ' the exit code is the number of failed checks.
-Option Explicit
-
-' A check whose own expression fails is skipped by On Error Resume Next, so
-' the suite also counts the checks that reported.
 Const kChecks = 4
-Dim failures, reported
-failures = 0
-reported = 0
-
-Sub Report(passed, name, detail)
-    reported = reported + 1
-    If passed Then
-        WScript.Echo "ok " & name
-    Else
-        failures = failures + 1
-        WScript.Echo "not ok " & name & " -- " & detail
-    End If
-End Sub
-
 On Error Resume Next
 
 Dim maps, a, b
@@ -50,10 +32,4 @@ Report maps.Count = 1 And maps.DefaultMap Is Nothing, "removing the default map 
 Err.Clear
 
 On Error GoTo 0
-If reported <> kChecks Then
-    failures = failures + 1
-    WScript.Echo "not ok every check reported -- " & reported & " of " & kChecks
-End If
-WScript.Echo "# VBScript LessonMapCollection suite: " & failures & " failed"
-WScript.Echo "END-OF-SUITE"
-WScript.Quit failures
+Finish "VBScript LessonMapCollection suite", kChecks

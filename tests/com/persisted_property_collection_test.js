@@ -3,52 +3,6 @@
 // the script. One line per check ("ok ..." or "not ok ..."), then the
 // sentinel line; the exit code is the number of failed checks.
 
-var failures = 0;
-
-function report(passed, name, detail) {
-    if (passed) {
-        WScript.Echo("ok " + name);
-    } else {
-        failures++;
-        WScript.Echo("not ok " + name + (detail === undefined ? "" : " -- " + detail));
-    }
-}
-
-function check(name, body) {
-    try {
-        var outcome = body();
-        if (outcome === true) {
-            report(true, name);
-        } else {
-            report(false, name, String(outcome));
-        }
-    } catch (e) {
-        report(false, name, "error " + e.number + " " + e.description);
-    }
-}
-
-// Runs `body`, expecting it to raise; hands the error to `inspect`.
-function checkRaises(name, body, inspect) {
-    var raised = null;
-    try {
-        body();
-    } catch (e) {
-        raised = e;
-    }
-    if (raised === null) {
-        report(false, name, "no error raised");
-        return;
-    }
-    var outcome = inspect(raised);
-    report(outcome === true, name, outcome === true ? undefined : String(outcome));
-}
-
-function hostNumber(e) {
-    // JScript shows an automation status as a negative number; the host
-    // error n arrives as 0x800A0000 + n.
-    return (e.number < 0 ? e.number + 0x100000000 : e.number) - 0x800A0000;
-}
-
 var p = null;
 check("Quillbank.PersistedPropertyCollection is created by its programmatic identifier", function () {
     p = new ActiveXObject("Quillbank.PersistedPropertyCollection");
@@ -189,6 +143,4 @@ check("Clear empties the bag and keeps its name", function () {
     return (p.Count === 0 && p.Name == "kept") || p.Count;
 });
 
-WScript.Echo("# JScript PersistedPropertyCollection suite: " + failures + " failed");
-WScript.Echo("END-OF-SUITE");
-WScript.Quit(failures);
+finish("JScript PersistedPropertyCollection suite");

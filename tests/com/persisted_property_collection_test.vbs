@@ -2,25 +2,7 @@
 ' programmatic identifier, called late-bound, errors through Err, the name
 ' array typed as an array of strings. One line per check ("ok ..." or "not ok ..."),
 ' then the sentinel line; the exit code is the number of failed checks.
-Option Explicit
-
-' A check whose own expression fails is skipped by On Error Resume Next, so
-' the suite also counts the checks that reported.
 Const kChecks = 12
-Dim failures, reported
-failures = 0
-reported = 0
-
-Sub Report(passed, name, detail)
-    reported = reported + 1
-    If passed Then
-        WScript.Echo "ok " & name
-    Else
-        failures = failures + 1
-        WScript.Echo "not ok " & name & " -- " & detail
-    End If
-End Sub
-
 On Error Resume Next
 
 Dim p
@@ -68,10 +50,4 @@ Report Err.Number = 13, "FromXMLElement of a text argument is a type mismatch", 
 Err.Clear
 
 On Error GoTo 0
-If reported <> kChecks Then
-    failures = failures + 1
-    WScript.Echo "not ok every check reported -- " & reported & " of " & kChecks
-End If
-WScript.Echo "# VBScript PersistedPropertyCollection suite: " & failures & " failed"
-WScript.Echo "END-OF-SUITE"
-WScript.Quit failures
+Finish "VBScript PersistedPropertyCollection suite", kChecks

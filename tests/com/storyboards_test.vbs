@@ -3,25 +3,7 @@
 ' For Each, the current storyboard set with Set, errors through Err. One line
 ' per check ("ok ..." or "not ok ..."), then the sentinel line; the exit code
 ' is the number of failed checks.
-Option Explicit
-
-' A check whose own expression fails is skipped by On Error Resume Next, so
-' the suite also counts the checks that reported.
 Const kChecks = 12
-Dim failures, reported
-failures = 0
-reported = 0
-
-Sub Report(passed, name, detail)
-    reported = reported + 1
-    If passed Then
-        WScript.Echo "ok " & name
-    Else
-        failures = failures + 1
-        WScript.Echo "not ok " & name & " -- " & detail
-    End If
-End Sub
-
 Function Board(title)
     Dim made
     Set made = CreateObject("Quillbank.Storyboard")
@@ -103,10 +85,4 @@ Report Err.Number <> 0 And boards.Count = 2, "Add of a child element is a clear 
 Err.Clear
 
 On Error GoTo 0
-If reported <> kChecks Then
-    failures = failures + 1
-    WScript.Echo "not ok every check reported -- " & reported & " of " & kChecks
-End If
-WScript.Echo "# VBScript Storyboard and StoryboardCollection suite: " & failures & " failed"
-WScript.Echo "END-OF-SUITE"
-WScript.Quit failures
+Finish "VBScript Storyboard and StoryboardCollection suite", kChecks
