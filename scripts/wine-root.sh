@@ -16,7 +16,29 @@ set -euo pipefail
 if [ "$(id -u)" -ne 0 ]; then exec sudo --preserve-env "$0" "$@"; fi
 here="$(cd "$(dirname "$0")/.." && pwd)"
 root="$here/build/wine-root"
-mirror="${QUILLBANK_DEBIAN_MIRROR:-http://deb.debian.org/debian}"
+# The archive is the one this machine's own apt uses for Debian's main
+# packages (its deb822 sources, or the classic list), unless one is given.
+apt_mirror() {
+  local line
+  for f in /etc/apt/sources.list.d/*.sources; do
+    [ -f "$f" ] || continue
+    # The first URIs of a stanza whose suites include the release itself.
+    awk '/^URIs:/ {u=$2} /^Suites:/ {for (i=2;i<=NF;i++) if ($i=="bookworm") {print u; exit}} /^$/ {u=""}' "$f"
+  done | head -1 | grep . && return 0
+  for f in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+    [ -f "$f" ] || continue
+    while read -r line; do
+      set -- $line
+      if [ "${1:-}" = deb ] && [ "${3:-}" = bookworm ]; then echo "$2"; return 0; fi
+    done <"$f"
+  done
+  return 1
+}
+mirror="${QUILLBANK_DEBIAN_MIRROR:-$(apt_mirror || true)}"
+if [ -z "$mirror" ]; then
+  echo "No Debian archive for bookworm found in apt's sources; set QUILLBANK_DEBIAN_MIRROR" >&2
+  exit 2
+fi
 
 make_root() {
   if [ -f "$root/.complete" ]; then
