@@ -49,7 +49,7 @@ void BindXml(py::module_& module) {
 
     py::class_<xml::Node>(xmlModule, "Node", "A node of an XML document (a handle: == compares identity).")
         .def_property_readonly("node_type", [](const xml::Node& n) {
-            return py::module_::import("quillbank.xml").attr("NodeType")(static_cast<int>(n.Type()));
+            return py::module_::import("quillbank").attr("xml").attr("NodeType")(static_cast<int>(n.Type()));
         }, "The node type (NodeType).")
         .def_property_readonly("name", &xml::Node::Name, "The node name: an element's name, \"#text\", \"#comment\"...")
         .def_property_readonly("value", &xml::Node::Value, "The text of a text, CDATA or comment node; \"\" for an element.")
