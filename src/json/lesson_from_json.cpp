@@ -29,7 +29,9 @@ namespace quillbank {
 
 namespace {
 
-using nlohmann::json;
+// Objects keep their keys in the order written, so that the text reads in the
+// order of the form.
+using json = nlohmann::ordered_json;
 using json_form::JsonPath;
 
 constexpr const char* kSource = "Lesson.FromJSON";

@@ -20,7 +20,9 @@ namespace quillbank {
 
 namespace {
 
-using nlohmann::json;
+// Objects keep their keys in the order written, so that the text reads in the
+// order of the form.
+using json = nlohmann::ordered_json;
 
 constexpr const char* kSource = "Lesson.ToJSON";
 
@@ -98,7 +100,8 @@ json WriteValue(const PersistedPropertyCollection& bag, const std::string& name,
     return json(nullptr);
 }
 
-json WriteBag(const PersistedPropertyCollection& bag, int level) {
+// The properties of a bag, in order.
+json WriteProperties(const PersistedPropertyCollection& bag, int level) {
     CheckLevel(level);
     json properties = json::array();
     if (bag.Count() > 0) {
@@ -116,7 +119,11 @@ json WriteBag(const PersistedPropertyCollection& bag, int level) {
             properties.push_back(std::move(property));
         }
     }
-    return json{{"name", bag.Name()}, {"properties", std::move(properties)}};
+    return properties;
+}
+
+json WriteBag(const PersistedPropertyCollection& bag, int level) {
+    return json{{"name", bag.Name()}, {"properties", WriteProperties(bag, level)}};
 }
 
 json WriteList(const ChildElementCollection& list, int level) {
@@ -126,9 +133,9 @@ json WriteList(const ChildElementCollection& list, int level) {
     for (std::int32_t i = 0; i < count; ++i) {
         const auto element = list.Item(i);
         const auto bag = element->PPCObject();
-        json written = WriteBag(*bag, level);
-        written["type"] = element->ElementType();
-        elements.push_back(std::move(written));
+        elements.push_back(json{{"name", bag->Name()},
+                                {"type", element->ElementType()},
+                                {"properties", WriteProperties(*bag, level)}});
     }
     return json{{"name", list.Name()}, {"elements", std::move(elements)}};
 }

@@ -24,5 +24,6 @@ Command AddNormalizeCommand(CLI::App& program);
 Command AddDuplicateCommand(CLI::App& program);
 Command AddCheckCommand(CLI::App& program);
 Command AddDiffCommand(CLI::App& program);
+Command AddConvertCommand(CLI::App& program);
 
 }  // namespace quillbank::tool

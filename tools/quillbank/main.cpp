@@ -26,7 +26,7 @@ int main(int argc, char** argv) {
     std::vector<Command> commands = {
         AddInfoCommand(program),      AddTreeCommand(program),  AddPropsCommand(program),
         AddClearCommand(program),     AddNormalizeCommand(program), AddDuplicateCommand(program),
-        AddCheckCommand(program),     AddDiffCommand(program),
+        AddCheckCommand(program),     AddDiffCommand(program),      AddConvertCommand(program),
     };
 
     try {
