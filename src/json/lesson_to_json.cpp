@@ -1,253 +1,332 @@
-// Writing a lesson as JSON: a JSON document is built through the public API
-// of the model, then serialised by nlohmann-json.
+// Writing a lesson as JSON, streamed value by value into the text: the
+// lesson's parts through the public API, the properties of each bag straight
+// from its store, in order, each with its type and encoding.
 
 #include <cmath>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
-
-#include <nlohmann/json.hpp>
 
 #include <quillbank/json.hpp>
 #include <quillbank/quillbank.hpp>
 
 #include "frame/raise.hpp"
 #include "json/json_form.hpp"
+#include "json/json_text.hpp"
 #include "properties/nesting.hpp"
+#include "properties/property_bag.hpp"
 
 namespace quillbank {
 
 namespace {
 
-// Objects keep their keys in the order written, so that the text reads in the
-// order of the form.
-using json = nlohmann::ordered_json;
+using json_form::JsonText;
 
 constexpr const char* kSource = "Lesson.ToJSON";
 
-json Number(double value) {
-    if (std::isnan(value)) {
-        return json_form::kNotANumber;
-    }
-    if (std::isinf(value)) {
-        return value > 0 ? json_form::kInfinity : json_form::kMinusInfinity;
-    }
-    return value;
-}
+class LessonWriter {
+public:
+    explicit LessonWriter(int indent) : out_(indent) {}
 
-json WriteBag(const PersistedPropertyCollection& bag, int level);
-json WriteList(const ChildElementCollection& list, int level);
-
-void CheckLevel(int level) {
-    // A bag or list that holds itself would nest without end; the writers of
-    // XML refuse the same depth with the same error.
-    if (level > properties::kMaxNesting) {
-        frame::Raise(ErrOutOfStackSpace, kSource, frame::kOutOfStackSpace);
+    std::string Write(const Lesson& lesson) {
+        out_.BeginObject();
+        out_.Key("version");
+        out_.Integer(kJsonFormVersion);
+        Text("lessonid", lesson.LessonID());
+        Text("title", lesson.Title());
+        Text("identifier", lesson.Identifier());
+        Text("classification", lesson.Classification());
+        out_.Key("properties");
+        WriteBag(*lesson.Properties(), 0);
+        out_.Key("maps");
+        WriteMaps(*lesson.Maps());
+        out_.Key("storyboards");
+        WriteStoryboards(*lesson.Storyboards());
+        out_.EndObject();
+        return out_.Take();
     }
-}
 
-json WriteValue(const PersistedPropertyCollection& bag, const std::string& name, PropertyTypes type, int level) {
-    switch (type) {
-        case ptBoolean:
-            return bag.GetBoolean(name, false);
-        case ptLong:
-            return bag.GetLong(name, 0);
-        case ptDouble:
-            return Number(bag.GetDouble(name, 0.0));
-        case ptString:
-            return bag.GetString(name, "");
-        case ptDate:
-            return Number(bag.GetDate(name, 0.0));
-        case ptColor:
-            return bag.GetColor(name, 0);
-        case ptFont: {
-            const FontData font = bag.GetFont(name, FontData{});
-            return json{{"name", font.Name},
-                        {"size", Number(font.Size)},
-                        {"bold", font.Bold},
-                        {"italic", font.Italic},
-                        {"underline", font.Underline}};
-        }
-        case ptRectangle: {
-            const Rectangle rectangle = bag.GetRectangle(name, Rectangle{});
-            return json{{"left", rectangle.Left},
-                        {"top", rectangle.Top},
-                        {"width", rectangle.Width},
-                        {"height", rectangle.Height}};
-        }
-        case ptAsset: {
-            const AssetData asset = bag.GetAsset(name, AssetData{});
-            return json{{"filename", asset.Filename}, {"description", asset.Description}, {"source", asset.Source}};
-        }
-        case ptLocation: {
-            const LocationData location = bag.GetLocation(name, LocationData{});
-            return json{{"start_point", location.StartPoint},
-                        {"end_point", location.EndPoint},
-                        {"map_name", location.MapName}};
-        }
-        case ptPPC: {
-            const auto inner = bag.GetPPC(name, nullptr);
-            return inner ? WriteBag(*inner, level + 1) : json(nullptr);
-        }
-        case ptCEC: {
-            const auto inner = bag.GetCEC(name, nullptr);
-            return inner ? WriteList(*inner, level + 1) : json(nullptr);
-        }
-        case ptNone:
-            break;
+private:
+    void Text(const char* key, std::string_view value) {
+        out_.Key(key);
+        out_.String(value);
     }
-    return json(nullptr);
-}
 
-// The properties of a bag, in order.
-json WriteProperties(const PersistedPropertyCollection& bag, int level) {
-    CheckLevel(level);
-    json properties = json::array();
-    if (bag.Count() > 0) {
-        for (const std::string& name : bag.GetPropertyNameArray()) {
-            const PropertyTypes type = bag.GetPropertyType(name);
-            if (type == ptNone) {
+    void Number(double value) {
+        if (std::isnan(value)) {
+            out_.String(json_form::kNotANumber);
+        } else if (std::isinf(value)) {
+            out_.String(value > 0 ? json_form::kInfinity : json_form::kMinusInfinity);
+        } else {
+            out_.Double(value);
+        }
+    }
+
+    static void CheckLevel(int level) {
+        // A bag or list that holds itself would nest without end; the writers
+        // of XML refuse the same depth with the same error.
+        if (level > properties::kMaxNesting) {
+            frame::Raise(ErrOutOfStackSpace, kSource, frame::kOutOfStackSpace);
+        }
+    }
+
+    void WriteValue(const PersistedProperty& property, int level) {
+        switch (property.PropertyType()) {
+            case ptBoolean:
+                out_.Boolean(property.BooleanValue());
+                break;
+            case ptLong:
+                out_.Integer(property.LongValue());
+                break;
+            case ptDouble:
+                Number(property.DoubleValue());
+                break;
+            case ptString:
+                out_.String(property.StringValue());
+                break;
+            case ptDate:
+                Number(property.DateValue());
+                break;
+            case ptColor:
+                out_.Integer(property.ColorValue());
+                break;
+            case ptFont: {
+                const FontData font = property.FontValue();
+                out_.BeginObject();
+                Text("name", font.Name);
+                out_.Key("size");
+                Number(font.Size);
+                out_.Key("bold");
+                out_.Boolean(font.Bold);
+                out_.Key("italic");
+                out_.Boolean(font.Italic);
+                out_.Key("underline");
+                out_.Boolean(font.Underline);
+                out_.EndObject();
+                break;
+            }
+            case ptRectangle: {
+                const Rectangle rectangle = property.RectangleValue();
+                out_.BeginObject();
+                out_.Key("left");
+                out_.Integer(rectangle.Left);
+                out_.Key("top");
+                out_.Integer(rectangle.Top);
+                out_.Key("width");
+                out_.Integer(rectangle.Width);
+                out_.Key("height");
+                out_.Integer(rectangle.Height);
+                out_.EndObject();
+                break;
+            }
+            case ptAsset: {
+                const AssetData asset = property.AssetValue();
+                out_.BeginObject();
+                Text("filename", asset.Filename);
+                Text("description", asset.Description);
+                Text("source", asset.Source);
+                out_.EndObject();
+                break;
+            }
+            case ptLocation: {
+                const LocationData location = property.LocationValue();
+                out_.BeginObject();
+                Text("start_point", location.StartPoint);
+                Text("end_point", location.EndPoint);
+                Text("map_name", location.MapName);
+                out_.EndObject();
+                break;
+            }
+            case ptPPC:
+                if (const auto inner = property.PPCValue()) {
+                    WriteBag(*inner, level + 1);
+                } else {
+                    out_.Null();
+                }
+                break;
+            case ptCEC:
+                if (const auto inner = property.CECValue()) {
+                    WriteList(*inner, level + 1);
+                } else {
+                    out_.Null();
+                }
+                break;
+            case ptNone:
+                out_.Null();
+                break;
+        }
+    }
+
+    // The properties of a bag, in order. A property that the XML form leaves
+    // out (untyped, or of an encoding other than the two) is left out here too.
+    void WriteProperties(const PersistedPropertyCollection& bag, int level) {
+        CheckLevel(level);
+        out_.BeginArray();
+        for (const auto& property : detail::PropertyBagAccess::Store(bag).Items()) {
+            const EncodingTypes encoding = property->EncodingType();
+            if (property->PropertyType() == ptNone || (encoding != etNotEncoded && encoding != etBase64Encoded)) {
                 continue;
             }
-            const std::int32_t encoding = bag.GetEncodingType(name);
-            json property = json::object();
-            property["name"] = name;
-            property["type"] = json_form::kTypeNames[static_cast<std::size_t>(type)];
-            property["encoding"] = json_form::kEncodingNames[encoding == etBase64Encoded ? 1 : 0];
-            property["value"] = WriteValue(bag, name, type, level);
-            properties.push_back(std::move(property));
+            out_.BeginObject();
+            Text("name", property->NameRef());
+            Text("type", json_form::kTypeNames[static_cast<std::size_t>(property->PropertyType())]);
+            Text("encoding", json_form::kEncodingNames[static_cast<std::size_t>(encoding)]);
+            out_.Key("value");
+            WriteValue(*property, level);
+            out_.EndObject();
         }
+        out_.EndArray();
     }
-    return properties;
-}
 
-json WriteBag(const PersistedPropertyCollection& bag, int level) {
-    return json{{"name", bag.Name()}, {"properties", WriteProperties(bag, level)}};
-}
-
-json WriteList(const ChildElementCollection& list, int level) {
-    CheckLevel(level);
-    json elements = json::array();
-    const std::int32_t count = list.Count();
-    for (std::int32_t i = 0; i < count; ++i) {
-        const auto element = list.Item(i);
-        const auto bag = element->PPCObject();
-        elements.push_back(json{{"name", bag->Name()},
-                                {"type", element->ElementType()},
-                                {"properties", WriteProperties(*bag, level)}});
+    void WriteBag(const PersistedPropertyCollection& bag, int level) {
+        out_.BeginObject();
+        Text("name", detail::PropertyBagAccess::NameOf(bag));
+        out_.Key("properties");
+        WriteProperties(bag, level);
+        out_.EndObject();
     }
-    return json{{"name", list.Name()}, {"elements", std::move(elements)}};
-}
 
-// Whether the map element holds nothing but "item" elements with an "sbid"
-// and nothing else, down to kMaxItemDepth; walked without recursion, since
-// trees may be of any depth.
-bool IsPlainTree(const xml::Element& map) {
-    const std::int32_t own = map.HasAttribute("name") ? 1 : 0;
-    if (map.AttributeCount() != own) {
-        return false;
+    void WriteList(const ChildElementCollection& list, int level) {
+        CheckLevel(level);
+        out_.BeginObject();
+        Text("name", list.Name());
+        out_.Key("elements");
+        out_.BeginArray();
+        const std::int32_t count = list.Count();
+        for (std::int32_t i = 0; i < count; ++i) {
+            const auto element = list.Item(i);
+            const auto bag = element->PPCObject();
+            out_.BeginObject();
+            Text("name", detail::PropertyBagAccess::NameOf(*bag));
+            Text("type", element->ElementType());
+            out_.Key("properties");
+            WriteProperties(*bag, level);
+            out_.EndObject();
+        }
+        out_.EndArray();
+        out_.EndObject();
     }
-    int depth = 0;
-    xml::Node node = map.FirstChild();
-    while (node) {
-        if (node.Type() != xml::NodeType::Element || node.Name() != "item") {
+
+    // Whether the map element holds nothing but "item" elements with only
+    // an "sbid", no deeper than kMaxItemDepth; walked without recursion,
+    // since trees may be of any depth.
+    static bool IsPlainTree(const xml::Element& map) {
+        const std::int32_t own = map.HasAttribute("name") ? 1 : 0;
+        if (map.AttributeCount() != own) {
             return false;
         }
-        const xml::Element item = node.AsElement();
-        if (item.AttributeCount() != 1 || !item.HasAttribute("sbid")) {
-            return false;
-        }
-        if (xml::Node child = node.FirstChild()) {
-            if (++depth > json_form::kMaxItemDepth) {
+        int depth = 0;
+        xml::Node node = map.FirstChild();
+        while (node) {
+            if (node.Type() != xml::NodeType::Element || node.Name() != "item") {
                 return false;
             }
-            node = child;
-            continue;
-        }
-        while (node && !node.NextSibling()) {
-            node = node.Parent();
-            if (node == map) {
-                return true;
+            const xml::Element item = node.AsElement();
+            if (item.AttributeCount() != 1 || !item.HasAttribute("sbid")) {
+                return false;
             }
-            --depth;
+            if (xml::Node child = node.FirstChild()) {
+                if (++depth > json_form::kMaxItemDepth) {
+                    return false;
+                }
+                node = child;
+                continue;
+            }
+            while (!node.NextSibling()) {
+                node = node.Parent();
+                if (node == map) {
+                    return true;
+                }
+                --depth;
+            }
+            node = node.NextSibling();
         }
-        node = node.NextSibling();
+        return true;
     }
-    return true;
-}
 
-// The items below `parent`, whose depth IsPlainTree has bounded.
-json WriteItems(const xml::Node& parent) {
-    json items = json::array();
-    for (xml::Node node = parent.FirstChild(); node; node = node.NextSibling()) {
-        json item = json::object();
-        item["sbid"] = *node.AsElement().GetAttribute("sbid");
-        if (node.HasChildNodes()) {
-            item["items"] = WriteItems(node);
+    // The items below `parent`, whose depth IsPlainTree has bounded.
+    void WriteItems(const xml::Node& parent) {
+        out_.BeginArray();
+        for (xml::Node node = parent.FirstChild(); node; node = node.NextSibling()) {
+            out_.BeginObject();
+            Text("sbid", *node.AsElement().GetAttribute("sbid"));
+            if (node.HasChildNodes()) {
+                out_.Key("items");
+                WriteItems(node);
+            }
+            out_.EndObject();
         }
-        items.push_back(std::move(item));
+        out_.EndArray();
     }
-    return items;
-}
 
-json WriteMap(const LessonMap& map) {
-    const xml::Element element = map.ToXMLElement();
-    if (!IsPlainTree(element)) {
-        return json{{"xml", element.Xml()}};
+    void WriteMap(const LessonMap& map) {
+        const xml::Element element = map.ToXMLElement();
+        out_.BeginObject();
+        if (!IsPlainTree(element)) {
+            Text("xml", element.Xml());
+        } else {
+            out_.Key("name");
+            if (const std::optional<std::string> name = element.GetAttribute("name")) {
+                out_.String(*name);
+            } else {
+                out_.Null();
+            }
+            out_.Key("items");
+            WriteItems(element);
+        }
+        out_.EndObject();
     }
-    json written = json::object();
-    const std::optional<std::string> name = element.GetAttribute("name");
-    written["name"] = name ? json(*name) : json(nullptr);
-    written["items"] = WriteItems(element);
-    return written;
-}
 
-json WriteMaps(const LessonMapCollection& maps) {
-    json list = json::array();
-    const std::int32_t count = maps.Count();
-    for (std::int32_t i = 0; i < count; ++i) {
-        list.push_back(WriteMap(*maps.ItemAt(i)));
+    void WriteMaps(const LessonMapCollection& maps) {
+        out_.BeginObject();
+        out_.Key("default");
+        if (const auto defaultMap = maps.DefaultMap()) {
+            out_.Integer(maps.IndexOf(defaultMap));
+        } else {
+            out_.Null();
+        }
+        out_.Key("maps");
+        out_.BeginArray();
+        const std::int32_t count = maps.Count();
+        for (std::int32_t i = 0; i < count; ++i) {
+            WriteMap(*maps.ItemAt(i));
+        }
+        out_.EndArray();
+        out_.EndObject();
     }
-    const auto defaultMap = maps.DefaultMap();
-    return json{{"default", defaultMap ? json(maps.IndexOf(defaultMap)) : json(nullptr)}, {"maps", std::move(list)}};
-}
 
-json WriteStoryboards(const StoryboardCollection& storyboards) {
-    json list = json::array();
-    std::int32_t position = 0;
-    for (const std::shared_ptr<Storyboard>& sb : storyboards) {
-        json written = json::object();
-        written["sbid"] = sb->SBID();
-        written["title"] = sb->Title();
-        written["identifier"] = sb->Identifier();
-        written["type"] = sb->SBType();
-        written["classification"] = sb->Classification();
-        // The number the storyboard carries in the written XML: its position.
-        written["shortid"] = position++;
-        written["properties"] = WriteBag(*sb->Properties(), 0);
-        written["children"] = WriteList(*sb->Children(), 0);
-        list.push_back(std::move(written));
+    void WriteStoryboards(const StoryboardCollection& storyboards) {
+        out_.BeginArray();
+        std::int32_t position = 0;
+        for (const std::shared_ptr<Storyboard>& sb : storyboards) {
+            out_.BeginObject();
+            Text("sbid", sb->SBID());
+            Text("title", sb->Title());
+            Text("identifier", sb->Identifier());
+            Text("type", sb->SBType());
+            Text("classification", sb->Classification());
+            // The number the storyboard carries in the written XML: its position.
+            out_.Key("shortid");
+            out_.Integer(position++);
+            out_.Key("properties");
+            WriteBag(*sb->Properties(), 0);
+            out_.Key("children");
+            WriteList(*sb->Children(), 0);
+            out_.EndObject();
+        }
+        out_.EndArray();
     }
-    return list;
-}
+
+    JsonText out_;
+};
 
 }  // namespace
 
 std::string LessonToJSON(const Lesson& Lesson, std::int32_t Indent) {
-    json written = json::object();
-    written["version"] = kJsonFormVersion;
-    written["lessonid"] = Lesson.LessonID();
-    written["title"] = Lesson.Title();
-    written["identifier"] = Lesson.Identifier();
-    written["classification"] = Lesson.Classification();
-    written["properties"] = WriteBag(*Lesson.Properties(), 0);
-    written["maps"] = WriteMaps(*Lesson.Maps());
-    written["storyboards"] = WriteStoryboards(*Lesson.Storyboards());
     try {
-        return written.dump(Indent < 0 ? -1 : Indent);
-    } catch (const json::type_error&) {
-        // Only text that is not UTF-8 fails to serialise.
+        return LessonWriter(Indent).Write(Lesson);
+    } catch (const json_form::NotUtf8&) {
         frame::Raise(ErrJsonForm, kSource, "The lesson holds text that is not UTF-8.");
     }
 }
