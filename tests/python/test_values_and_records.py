@@ -62,3 +62,19 @@ def test_xml_handles() -> None:
     assert element.get_base64_value() == b"\x00\x01\xff"
     assert not document.load_xml("<broken")
     assert document.document_element is None
+
+
+def test_every_public_class_and_member_is_documented() -> None:
+    missing = []
+    for module in (quillbank, quillbank.xml):
+        for name, cls in vars(module).items():
+            if not isinstance(cls, type) or name.startswith("_"):
+                continue
+            if not (cls.__doc__ or "").strip():
+                missing.append(name)
+            for attribute, value in vars(cls).items():
+                if attribute.startswith("_"):
+                    continue
+                if not (getattr(value, "__doc__", None) or "").strip():
+                    missing.append(f"{name}.{attribute}")
+    assert missing == []
