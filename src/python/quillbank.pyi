@@ -279,7 +279,7 @@ class Rectangle:
     def __eq__(self, other: object) -> bool: ...
     def __ne__(self, other: object) -> bool: ...
 
-Value = Union[
+_Value = Union[
     None,
     bool,
     int,
@@ -295,7 +295,7 @@ Value = Union[
 ]
 """A property value as Python holds it (None for no value)."""
 
-SettableValue = Union[
+_SettableValue = Union[
     bool,
     int,
     float,
@@ -433,7 +433,7 @@ class PersistedPropertyCollection(_TypedMembers):
         """The names in their order; with encoding_type 0 or 1 only those of that encoding."""
     def clear(self) -> None:
         """Removes every property; the name is kept."""
-    def get_value(self, property_name: str) -> Value:
+    def get_value(self, property_name: str) -> _Value:
         """The property's value as the natural Python value; None when absent."""
     def get_encoding_type(self, property_name: str) -> int:
         """The property's EncodingTypes; -1 when the name is absent."""
@@ -459,8 +459,8 @@ class PersistedPropertyCollection(_TypedMembers):
         """A new, unattached "ppc" element of document."""
     def from_xml_element(self, element: xml.Element) -> None:
         """Reads a "ppc" element."""
-    def __getitem__(self, property_name: str) -> Value: ...
-    def __setitem__(self, property_name: str, value: SettableValue) -> None: ...
+    def __getitem__(self, property_name: str) -> _Value: ...
+    def __setitem__(self, property_name: str, value: _SettableValue) -> None: ...
     def __delitem__(self, property_name: str) -> None: ...
     def __iter__(self) -> Iterator[str]: ...
 
@@ -615,17 +615,17 @@ class StoryboardCollection:
 
 # The tree bridge ------------------------------------------------------------
 
-class TreeNodeLike(Protocol):
+class _TreeNodeLike(Protocol):
     """What a map reads of a node: key, child and next (attributes or methods)."""
 
     @property
     def key(self) -> str: ...
     @property
-    def child(self) -> Optional[TreeNodeLike]: ...
+    def child(self) -> Optional[_TreeNodeLike]: ...
     @property
-    def next(self) -> Optional[TreeNodeLike]: ...
+    def next(self) -> Optional[_TreeNodeLike]: ...
 
-class TreeNodesLike(Protocol):
+class _TreeNodesLike(Protocol):
     """What a map calls of a node collection: add and remove."""
 
     def add(self, relative: object, relationship: int, key: str, text: str) -> object: ...
@@ -704,10 +704,10 @@ class LessonMap:
         """Drops every item; the name is kept."""
     def contains(self, sbid: str) -> bool:
         """Whether any item at any depth names sbid."""
-    def from_tree_node(self, root_node: Union[None, TreeNode, TreeNodeLike, object]) -> None:
+    def from_tree_node(self, root_node: Union[None, TreeNode, _TreeNodeLike, object]) -> None:
         """Rebuilds the tree from the descendants of root_node."""
     def to_tree_node(
-        self, node_collection: Union[TreeNodes, TreeNodesLike], root_node: Union[None, TreeNode, TreeNodeLike, object]
+        self, node_collection: Union[TreeNodes, _TreeNodesLike], root_node: Union[None, TreeNode, _TreeNodeLike, object]
     ) -> None:
         """Empties root_node, then adds a node beneath it per item through node_collection.add."""
     def to_xml_element(self, document: Optional[xml.Document] = None) -> xml.Element:
