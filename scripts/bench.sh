@@ -6,5 +6,6 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh
 
 cmake --preset release
-cmake --build --preset release -j "$(nproc)" --target quillbank_benchmarks
+cmake --build --preset release -j "$(nproc)" --target quillbank_benchmarks quillbank_json_benchmarks
 build/release/bench/quillbank_benchmarks "$@"
+build/release/bench/quillbank_json_benchmarks "$@"

@@ -1,6 +1,7 @@
 # Installs the built library into WORK_DIR/prefix, then configures, builds and
 # runs the consumer project against it, once through find_package and once
-# through pkg-config.
+# through pkg-config (with --static for a static library, as its users call
+# it). With WITH_JSON the consumer uses the JSON library too.
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/prefix)
 
@@ -12,28 +13,48 @@ function(run)
   set(last_output "${out}" PARENT_SCOPE)
 endfunction()
 
+function(check_output what)
+  if(NOT last_output MATCHES "00000000-0000-0000-0000-000000000000")
+    message(FATAL_ERROR "The ${what} consumer printed: ${last_output}")
+  endif()
+  if(WITH_JSON AND NOT last_output MATCHES "JSON title: Installed")
+    message(FATAL_ERROR "The ${what} consumer's JSON part printed: ${last_output}")
+  endif()
+endfunction()
+
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/build -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/build -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_BUILD_TYPE=${CONFIG} "-DCMAKE_CXX_FLAGS=${EXTRA_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_FLAGS}")
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${WORK_DIR}/build/consumer)
-if(NOT last_output MATCHES "00000000-0000-0000-0000-000000000000")
-  message(FATAL_ERROR "The consumer printed: ${last_output}")
-endif()
+check_output("CMake package")
 
 # pkg-config
 set(ENV{PKG_CONFIG_PATH} "${prefix}/lib/pkgconfig:${prefix}/lib/x86_64-linux-gnu/pkgconfig")
-execute_process(COMMAND pkg-config --cflags --libs quillbank
-                RESULT_VARIABLE rc OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE)
+set(packages quillbank)
+set(defines "")
+if(WITH_JSON)
+  set(packages quillbank-json)
+  set(defines -DQUILLBANK_WITH_JSON)
+endif()
+set(static_flag "")
+if(STATIC)
+  set(static_flag --static)
+endif()
+execute_process(COMMAND pkg-config ${static_flag} --cflags --libs ${packages}
+                RESULT_VARIABLE rc OUTPUT_VARIABLE flags ERROR_VARIABLE err OUTPUT_STRIP_TRAILING_WHITESPACE)
 if(NOT rc EQUAL 0)
-  message(FATAL_ERROR "pkg-config does not know quillbank")
+  message(FATAL_ERROR "pkg-config does not know ${packages}: ${err}")
+endif()
+if(STATIC AND NOT flags MATCHES "-lpugixml")
+  message(FATAL_ERROR "pkg-config --static leaves out pugixml: ${flags}")
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
+separate_arguments(extra UNIX_COMMAND "${EXTRA_FLAGS}")
 find_program(CXX NAMES c++ g++ REQUIRED)
-run(${CXX} -std=c++20 ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/consumer_pc ${flags})
+run(${CXX} -std=c++20 ${extra} ${defines} ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/consumer_pc ${flags})
 file(GLOB libdirs ${prefix}/lib ${prefix}/lib/x86_64-linux-gnu)
 string(REPLACE ";" ":" libpath "${libdirs}")
 set(ENV{LD_LIBRARY_PATH} "${libpath}")
 run(${WORK_DIR}/consumer_pc)
-if(NOT last_output MATCHES "00000000-0000-0000-0000-000000000000")
-  message(FATAL_ERROR "The pkg-config consumer printed: ${last_output}")
-endif()
+check_output("pkg-config")

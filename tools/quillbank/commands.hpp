@@ -26,5 +26,6 @@ Command AddCheckCommand(CLI::App& program);
 Command AddDiffCommand(CLI::App& program);
 Command AddLsCommand(CLI::App& program);
 Command AddGrepCommand(CLI::App& program);
+Command AddConvertCommand(CLI::App& program);
 
 }  // namespace quillbank::tool
