@@ -169,13 +169,27 @@ bool IsXmlName(std::string_view name) {
     return !first;
 }
 
-void RequireDocumentText(std::string_view text) {
+std::string_view DocumentText(std::string_view text) {
     if (!IsValidUtf8(text)) {
         throw Error(ErrInvalidArgument, kDomSource, "The text is not valid UTF-8.");
     }
-    if (text.find('\0') != std::string_view::npos) {
-        throw Error(ErrInvalidArgument, kDomSource, "The text holds a NUL character, which XML cannot hold.");
+    return text.substr(0, text.find('\0'));
+}
+
+std::string NormalizeLineEnds(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t pos = 0; pos < text.size(); ++pos) {
+        if (text[pos] != '\r') {
+            out.push_back(text[pos]);
+            continue;
+        }
+        out.push_back('\n');
+        if (pos + 1 < text.size() && text[pos + 1] == '\n') {
+            ++pos;
+        }
     }
+    return out;
 }
 
 }  // namespace quillbank::xml

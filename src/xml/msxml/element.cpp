@@ -53,8 +53,8 @@ bool Element::HasAttribute(std::string_view name) const { return GetAttribute(na
 
 void Element::SetAttribute(std::string_view name, std::string_view value) {
     IXMLDOMElement* element = RequireElement(node_);
-    RequireDocumentText(name);
-    RequireDocumentText(value);
+    name = DocumentText(name);
+    value = DocumentText(value);
     if (!IsXmlName(name)) {
         RaiseDomError("This name is not a valid XML name.");
     }

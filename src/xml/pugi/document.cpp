@@ -22,10 +22,19 @@ DocumentImpl& Require(const std::shared_ptr<DocumentImpl>& impl) {
     return *impl;
 }
 
-pugi::xml_node NewLeaf(DocumentImpl& impl, pugi::xml_node_type type, std::string_view text) {
-    RequireDocumentText(text);
+pugi::xml_node NewLeaf(DocumentImpl& impl, pugi::xml_node_type type, std::string_view given) {
+    const std::string_view text = DocumentText(given);
+    if (type == pugi::node_comment && !IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     pugi::xml_node node = impl.Limbo().append_child(type);
-    node.set_value(text.data(), text.size());
+    if (type != pugi::node_cdata && text.find('\r') != std::string_view::npos) {
+        // Text and comments hold LF for every line end, as when loaded.
+        const std::string normalized = NormalizeLineEnds(text);
+        node.set_value(normalized.data(), normalized.size());
+    } else {
+        node.set_value(text.data(), text.size());
+    }
     return node;
 }
 
@@ -36,7 +45,7 @@ Document Document::Create() { return Document(std::make_shared<DocumentImpl>());
 Element Document::CreateElement(std::string_view name) {
     DocumentImpl& impl = Require(impl_);
     if (!IsAsciiXmlName(name)) {
-        RequireDocumentText(name);
+        name = DocumentText(name);
         if (!IsXmlName(name)) {
             RaiseDomError("This name is not a valid XML name.");
         }

@@ -34,6 +34,18 @@ std::string_view TrimXmlWhitespace(std::string_view text) {
     return text.substr(begin, end - begin);
 }
 
+bool IsTrimmed(pugi::xml_node node) {
+    switch (node.type()) {
+        case pugi::node_cdata:
+        case pugi::node_comment:
+        case pugi::node_pi:
+        case pugi::node_declaration:
+            return false;
+        default:
+            return true;
+    }
+}
+
 }  // namespace
 
 NodeType Node::Type() const {
@@ -69,6 +81,8 @@ std::string Node::Value() const {
         case pugi::node_comment:
         case pugi::node_pi:
             return node.value();
+        case pugi::node_declaration:
+            return detail::DeclarationText(node);
         default:
             return std::string();
     }
@@ -77,7 +91,9 @@ std::string Node::Value() const {
 std::string Node::Text() const {
     const pugi::xml_node node = Require(node_);
     std::string text = detail::NodeText(node);
-    if (doc_->preserveWhiteSpace) {
+    // The text of a comment, a CDATA section or a processing instruction is
+    // its value as it stands.
+    if (doc_->preserveWhiteSpace || !IsTrimmed(node)) {
         return text;
     }
     const std::string_view trimmed = TrimXmlWhitespace(text);
@@ -87,16 +103,33 @@ std::string Node::Text() const {
     return std::string(trimmed);
 }
 
-void Node::SetText(std::string_view text) {
+void Node::SetText(std::string_view given) {
     pugi::xml_node node = Require(node_);
-    RequireDocumentText(text);
+    const std::string_view text = DocumentText(given);
+    // Text and comments hold LF for every line end, as when loaded.
+    std::string normalized;
+    const auto lineEnds = [&]() -> std::string_view {
+        if (text.find('\r') == std::string_view::npos) {
+            return text;
+        }
+        normalized = NormalizeLineEnds(text);
+        return normalized;
+    };
     switch (node.type()) {
         case pugi::node_element:
-            detail::ReplaceChildrenWithText(*doc_, node, text);
+            detail::ReplaceChildrenWithText(*doc_, node, lineEnds());
             return;
-        case pugi::node_pcdata:
-        case pugi::node_cdata:
         case pugi::node_comment:
+            if (!IsCommentText(text)) {
+                RaiseDomError(kCommentEndInComment);
+            }
+            [[fallthrough]];
+        case pugi::node_pcdata: {
+            const std::string_view value = lineEnds();
+            node.set_value(value.data(), value.size());
+            return;
+        }
+        case pugi::node_cdata:
         case pugi::node_pi:
             node.set_value(text.data(), text.size());
             return;

@@ -12,9 +12,11 @@ namespace quillbank::xml::detail {
 
 namespace {
 
-constexpr unsigned kParseFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_wconv_attribute |
-                                 pugi::parse_eol | pugi::parse_comments | pugi::parse_pi |
-                                 pugi::parse_declaration;
+// Raw TAB, CR and LF in attribute values are kept (CR LF and a lone CR
+// becoming LF, as everywhere), as MSXML keeps them: no attribute-value
+// normalisation.
+constexpr unsigned kParseFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol | pugi::parse_comments |
+                                 pugi::parse_pi | pugi::parse_declaration;
 
 bool IsWhitespaceOnly(const char* text) {
     for (; *text != '\0'; ++text) {

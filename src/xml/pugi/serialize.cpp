@@ -27,14 +27,50 @@ void AppendCData(std::string& out, std::string_view value) {
     out += "]]>";
 }
 
+void AppendAttribute(std::string& out, pugi::xml_attribute attribute) {
+    out.push_back(' ');
+    out += attribute.name();
+    out += "=\"";
+    AppendEscapedAttribute(out, attribute.value());
+    out.push_back('"');
+}
+
 void AppendAttributes(std::string& out, pugi::xml_node node) {
     for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
-        out.push_back(' ');
-        out += attribute.name();
-        out += "=\"";
-        AppendEscapedAttribute(out, attribute.value());
-        out.push_back('"');
+        AppendAttribute(out, attribute);
     }
+}
+
+bool IsUtf16Name(const char* encoding) {
+    constexpr std::string_view kUtf16 = "utf-16";
+    const std::string_view name = encoding;
+    if (name.size() != kUtf16.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const char c = name[i] >= 'A' && name[i] <= 'Z' ? static_cast<char>(name[i] - 'A' + 'a') : name[i];
+        if (c != kUtf16[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The XML declaration as the DOM writes it: the version always (1.0 when the
+// declaration has none), since the text is Unicode an encoding only when it is
+// UTF-16, and a standalone declaration as it stands.
+void AppendDeclaration(std::string& out, pugi::xml_node declaration) {
+    out += "<?xml version=\"";
+    const pugi::xml_attribute version = declaration.attribute("version");
+    AppendEscapedAttribute(out, version ? version.value() : "1.0");
+    out.push_back('"');
+    if (const pugi::xml_attribute encoding = declaration.attribute("encoding"); encoding && IsUtf16Name(encoding.value())) {
+        AppendAttribute(out, encoding);
+    }
+    if (const pugi::xml_attribute standalone = declaration.attribute("standalone")) {
+        AppendAttribute(out, standalone);
+    }
+    out += "?>";
 }
 
 // Writes the part of `node` before its children; returns whether children follow.
@@ -58,7 +94,7 @@ bool Enter(std::string& out, pugi::xml_node node) {
             return false;
         case pugi::node_comment:
             out += "<!--";
-            out += node.value();
+            AppendCommentText(out, node.value());
             out += "-->";
             return false;
         case pugi::node_pi:
@@ -71,9 +107,7 @@ bool Enter(std::string& out, pugi::xml_node node) {
             out += "?>";
             return false;
         case pugi::node_declaration:
-            out += "<?xml";
-            AppendAttributes(out, node);
-            out += "?>";
+            AppendDeclaration(out, node);
             return false;
         default:
             return false;
@@ -130,8 +164,18 @@ std::string NodeXml(pugi::xml_node node) {
     return out;
 }
 
+std::string DeclarationText(pugi::xml_node declaration) {
+    std::string out;
+    for (pugi::xml_attribute a = declaration.first_attribute(); a; a = a.next_attribute()) {
+        AppendAttribute(out, a);
+    }
+    return out.empty() ? out : out.substr(1);
+}
+
 std::string NodeText(pugi::xml_node node) {
     switch (node.type()) {
+        case pugi::node_declaration:
+            return DeclarationText(node);
         case pugi::node_pcdata:
         case pugi::node_cdata:
         case pugi::node_comment:

@@ -16,4 +16,8 @@ std::string NodeXml(pugi::xml_node node);
 // CDATA, comment or processing instruction node).
 std::string NodeText(pugi::xml_node node);
 
+// The text of an XML declaration: its attributes as written in it, each
+// name="value", separated by one space.
+std::string DeclarationText(pugi::xml_node declaration);
+
 }  // namespace quillbank::xml::detail
