@@ -70,12 +70,16 @@ Node Document::CreateCDataSection(std::string_view text) {
 bool Document::LoadXML(std::string_view text) {
     DocumentImpl& impl = Require(impl_);
     auto fresh = std::make_unique<pugi::xml_document>();
-    const bool loaded = detail::ParseXmlText(*fresh, text, impl.preserveWhiteSpace);
-    if (!loaded) {
+    detail::Layout layout;
+    const detail::ParseOutcome outcome = detail::ParseXmlText(*fresh, text, impl.preserveWhiteSpace, layout);
+    if (!outcome.loaded) {
         fresh->reset();
+    } else {
+        impl.layout.Merge(std::move(layout));
+        impl.mayHaveXmlSpace = impl.mayHaveXmlSpace || outcome.mentionsXmlSpace;
     }
     impl.StartGeneration(std::move(fresh));
-    return loaded;
+    return outcome.loaded;
 }
 
 Element Document::ParseRootElement(std::string_view text) {
@@ -84,10 +88,14 @@ Element Document::ParseRootElement(std::string_view text) {
     // to the element: a short-lived parse gives its memory back at once
     // instead of growing this document until it goes.
     auto parsed = std::make_unique<pugi::xml_document>();
-    if (!detail::ParseXmlText(*parsed, text, false)) {
+    detail::Layout layout;
+    const detail::ParseOutcome outcome = detail::ParseXmlText(*parsed, text, false, layout);
+    if (!outcome.loaded) {
         return Element();
     }
     auto own = std::make_shared<DocumentImpl>(std::move(parsed));
+    own->layout.Merge(std::move(layout));
+    own->mayHaveXmlSpace = outcome.mentionsXmlSpace;
     for (pugi::xml_node n = detail::VisibleFirstChild(own->Current()); n; n = n.next_sibling()) {
         if (n.type() == pugi::node_element) {
             // Unattached, as the result of a parse that is not a load.
@@ -136,7 +144,10 @@ bool Document::PreserveWhiteSpace() const { return Require(impl_).preserveWhiteS
 
 void Document::SetPreserveWhiteSpace(bool preserve) { Require(impl_).preserveWhiteSpace = preserve; }
 
-std::string Document::Xml() const { return detail::NodeXml(Require(impl_).Current()); }
+std::string Document::Xml() const {
+    DocumentImpl& impl = Require(impl_);
+    return detail::NodeXml(impl.Current(), impl.LayoutOrNull());
+}
 
 Node Document::AsNode() const { return DocumentImpl::MakeNode(impl_, Require(impl_).Current()); }
 

@@ -102,6 +102,9 @@ void Element::SetAttribute(std::string_view name, std::string_view value) {
     }
     if (!attribute) {
         attribute = element.append_attribute(std::string(name).c_str());
+        if (name == "xml:space") {
+            doc_->mayHaveXmlSpace = true;
+        }
     }
     attribute.set_value(value.data(), value.size());
 }
@@ -127,7 +130,7 @@ void Element::SetBase64Value(std::span<const std::uint8_t> bytes) {
 }
 
 std::vector<std::uint8_t> Element::GetBase64Value() const {
-    const std::string text = detail::NodeText(Require(node_));
+    const std::string text = detail::ConcatenatedText(Require(node_));
     std::optional<std::vector<std::uint8_t>> bytes = DecodeBase64Text(text);
     if (!bytes) {
         const std::string description =

@@ -4,6 +4,7 @@
 
 #include "xml/dom_error.hpp"
 #include "xml/pugi/document_impl.hpp"
+#include "xml/pugi/node_text.hpp"
 #include "xml/pugi/serialize.hpp"
 #include "xml/pugi/tree_edit.hpp"
 #include "xml/text_checks.hpp"
@@ -20,30 +21,6 @@ pugi::xml_node Require(detail::NodeImpl* node) {
         RaiseDomError("The node is null.");
     }
     return ToPugi(node);
-}
-
-std::string_view TrimXmlWhitespace(std::string_view text) {
-    std::size_t begin = 0;
-    std::size_t end = text.size();
-    while (begin < end && IsXmlWhitespace(text[begin])) {
-        ++begin;
-    }
-    while (end > begin && IsXmlWhitespace(text[end - 1])) {
-        --end;
-    }
-    return text.substr(begin, end - begin);
-}
-
-bool IsTrimmed(pugi::xml_node node) {
-    switch (node.type()) {
-        case pugi::node_cdata:
-        case pugi::node_comment:
-        case pugi::node_pi:
-        case pugi::node_declaration:
-            return false;
-        default:
-            return true;
-    }
 }
 
 }  // namespace
@@ -90,17 +67,7 @@ std::string Node::Value() const {
 
 std::string Node::Text() const {
     const pugi::xml_node node = Require(node_);
-    std::string text = detail::NodeText(node);
-    // The text of a comment, a CDATA section or a processing instruction is
-    // its value as it stands.
-    if (doc_->preserveWhiteSpace || !IsTrimmed(node)) {
-        return text;
-    }
-    const std::string_view trimmed = TrimXmlWhitespace(text);
-    if (trimmed.size() == text.size()) {
-        return text;
-    }
-    return std::string(trimmed);
+    return detail::NodeText(node, {doc_->preserveWhiteSpace, doc_->mayHaveXmlSpace, doc_->LayoutOrNull()});
 }
 
 void Node::SetText(std::string_view given) {
@@ -138,7 +105,7 @@ void Node::SetText(std::string_view given) {
     }
 }
 
-std::string Node::Xml() const { return detail::NodeXml(Require(node_)); }
+std::string Node::Xml() const { return detail::NodeXml(Require(node_), doc_->LayoutOrNull()); }
 
 Node Node::Parent() const { return DocumentImpl::MakeNode(doc_, detail::VisibleParent(Require(node_))); }
 
