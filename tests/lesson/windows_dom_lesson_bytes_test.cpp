@@ -98,5 +98,24 @@ TEST(LessonBytes, RawWhitespaceInAttributeValuesOfAFileIsKept) {
     EXPECT_NE(lesson->ToXMLString().find("title=\"a&#9;b&#10;c\""), std::string::npos);
 }
 
+// An indented file (the DOM remembers its indentation while the text is
+// loaded) is written compact: the maps are kept as copies, which carry none
+// of it, and everything else is written anew. An empty item written with an
+// end tag is written "<item .../>".
+TEST(LessonBytes, AnIndentedFileIsWrittenCompact) {
+    const std::string indented =
+        "<lesson lessonid=\"L\" title=\"T\">\n"
+        "  <ppc name=\"properties\">\n    <intProp name=\"n\" value=\"1\"/>\n  </ppc>\n"
+        "  <maps default=\"Main\">\n    <map name=\"Main\">\n"
+        "      <item sbid=\"A\">\n        <item sbid=\"B\"></item>\n      </item>\n"
+        "    </map>\n  </maps>\n"
+        "  <storyboards>\n  </storyboards>\n"
+        "</lesson>\n";
+    EXPECT_EQ(WithoutDocumentId(WrittenBack(indented)),
+              "<lesson lessonid=\"L\" title=\"T\" documentid=\"*\"><ppc name=\"properties\">"
+              "<intProp name=\"n\" value=\"1\"/></ppc><maps default=\"Main\"><map name=\"Main\">"
+              "<item sbid=\"A\"><item sbid=\"B\"/></item></map></maps><storyboards/></lesson>");
+}
+
 }  // namespace
 }  // namespace quillbank
