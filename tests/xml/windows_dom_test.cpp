@@ -180,6 +180,45 @@ TEST(WindowsDom, ElementTextIsTrimmedWhenNotPreserving) {
     EXPECT_EQ(doc.DocumentElement().FirstChild().AsElement().GetAttribute("vr"), "str2");
 }
 
+TEST(WindowsDom, ValuesOfTextCDataAndCommentsReadBackAsSet) {
+    Document doc = Document::Create();
+    EXPECT_EQ(doc.CreateTextNode("textdata").Value(), "textdata");
+    EXPECT_EQ(doc.CreateCDataSection("cdata data").Value(), "cdata data");
+    EXPECT_EQ(doc.CreateComment("comment data").Value(), "comment data");
+    EXPECT_EQ(doc.CreateElement("element").Value(), "");
+    Node text = doc.CreateTextNode("");
+    text.SetText("Jeeves & Wooster");
+    EXPECT_EQ(text.Value(), "Jeeves & Wooster");
+}
+
+TEST(WindowsDom, TextNodesAppendedOrInsertedStaySeparate) {
+    Document doc = Document::Create();
+    Element root = doc.CreateElement("Testing");
+    doc.SetDocumentElement(root);
+    for (int i = 0; i < 10; ++i) {
+        const Node text = doc.CreateTextNode("str1");
+        EXPECT_EQ(root.AppendChild(text), text);
+    }
+    const Node first = root.FirstChild();
+    for (int i = 0; i < 10; ++i) {
+        const Node text = doc.CreateTextNode("str2");
+        EXPECT_EQ(root.InsertBefore(text, first), text);
+    }
+    EXPECT_EQ(root.ChildCount(), 20);
+}
+
+TEST(WindowsDom, AttributesAreFoundByTheirQualifiedName) {
+    const Document doc = Loaded(
+        "<?xml version='1.0' encoding='utf-8'?>\n"
+        "<root xmlns:foo='urn:uuid:86B2F87F-ACB6-45cd-8B77-9BDB92A01A29' a=\"attr a\" foo:b=\"attr b\" >\n</root>");
+    const Element root = doc.DocumentElement();
+    EXPECT_EQ(root.GetAttribute("xmlns:foo"), "urn:uuid:86B2F87F-ACB6-45cd-8B77-9BDB92A01A29");
+    EXPECT_EQ(root.GetAttribute("a"), "attr a");
+    EXPECT_EQ(root.GetAttribute("foo:b"), "attr b");
+    EXPECT_EQ(root.GetAttribute("b"), std::nullopt);
+    EXPECT_EQ(root.GetAttribute("non-existent"), std::nullopt);
+}
+
 // ---- Namespaces -------------------------------------------------------------
 
 TEST(WindowsDom, RebindingTheElementsOwnPrefixIsRefused) {

@@ -30,6 +30,30 @@ TEST(WindowsDomText, CrLfAndALoneCrInNewTextBecomeLfWrittenAsCrLf) {
     EXPECT_EQ(set.Value(), "x\ny");
 }
 
+TEST(WindowsDomText, CrCrLfInSetTextIsTwoLineEnds) {
+    Document doc = Document::Create();
+    Node text = doc.CreateTextNode("");
+    text.SetText("\r\n");
+    EXPECT_EQ(text.Value(), "\n");
+    EXPECT_EQ(text.Xml(), "\r\n");
+    text.SetText("\r\r\n");
+    EXPECT_EQ(text.Value(), "\n\n");
+    EXPECT_EQ(text.Xml(), "\r\n\r\n");
+}
+
+// Loading normalises line ends alike whatever the whitespace rules.
+TEST(WindowsDomText, LoadedLineEndsAreNormalisedWhateverTheWhitespaceRules) {
+    for (const bool preserve : {false, true}) {
+        for (const char* root : {"<root>", "<root xml:space=\"preserve\">"}) {
+            const std::string text = std::string("<?xml version=\"1.0\"?>") + root + "foo\n\r\n\r\r\nbar</root>";
+            const Document doc = Loaded(text, preserve);
+            EXPECT_EQ(doc.AsNode().Text(), "foo\n\n\n\nbar") << text;
+            EXPECT_EQ(doc.Xml(), std::string("<?xml version=\"1.0\"?>\r\n") + root + "foo\r\n\r\n\r\n\r\nbar</root>\r\n")
+                << text;
+        }
+    }
+}
+
 TEST(WindowsDomText, LoadedLineEndsAreLfWrittenAsCrLf) {
     const Document doc = Loaded("<a>1\r\n2\r3\n4</a>");
     EXPECT_EQ(doc.DocumentElement().Text(), "1\n2\n3\n4");

@@ -94,6 +94,11 @@ TEST(WindowsDomWhitespace, DroppedIndentationComesBackAsCrLfAndTabs) {
     EXPECT_EQ(doc.DocumentElement().LastChild().Xml(), "<c>\r\n\t<d/>\r\n</c>");
 }
 
+TEST(WindowsDomWhitespace, ALoadedTabIndentedElementKeepsItsLayout) {
+    const Document doc = Loaded("<?xml version=\"1.0\"?>\n<Root>\n\t<Sub val=\"A\" />\n</Root>");
+    EXPECT_EQ(doc.DocumentElement().Xml(), "<Root>\r\n\t<Sub val=\"A\"/>\r\n</Root>");
+}
+
 TEST(WindowsDomWhitespace, WhitespaceOnlyContentComesBackAsALineEnd) {
     EXPECT_EQ(Loaded("<a>  </a>").Xml(), "<a>\r\n</a>\r\n");
     EXPECT_EQ(Loaded("<r><a>\n</a></r>").Xml(), "<r><a>\r\n\t</a></r>\r\n");
