@@ -192,4 +192,15 @@ std::string NormalizeLineEnds(std::string_view text) {
     return out;
 }
 
+bool RebindsOwnPrefix(std::string_view elementName, std::string_view name, std::string_view existing,
+                      std::string_view value) {
+    constexpr std::string_view kXmlns = "xmlns:";
+    if (name.substr(0, kXmlns.size()) != kXmlns || existing == value) {
+        return false;
+    }
+    const std::string_view prefix = name.substr(kXmlns.size());
+    return elementName.size() > prefix.size() && elementName.substr(0, prefix.size()) == prefix &&
+           elementName[prefix.size()] == ':';
+}
+
 }  // namespace quillbank::xml

@@ -40,6 +40,13 @@ std::string_view DocumentText(std::string_view text);
 // the text of text nodes and comments that are set or loaded.
 std::string NormalizeLineEnds(std::string_view text);
 
+// Whether setting the attribute `name` to `value` on the element named
+// `elementName`, which has it already as `existing`, would bind the element's
+// own prefix to another namespace: the element is "p:local", the attribute
+// its declaration "xmlns:p", and the value differs. The DOM refuses that.
+bool RebindsOwnPrefix(std::string_view elementName, std::string_view name, std::string_view existing,
+                      std::string_view value);
+
 // The text of a comment must not hold "-->", which would end it early: the
 // DOM refuses such text.
 inline constexpr const char* kCommentEndInComment = "A comment cannot contain \"-->\".";

@@ -55,6 +55,11 @@ Node Document::CreateTextNode(std::string_view given) {
 Node Document::CreateComment(std::string_view given) {
     IXMLDOMDocument* dom = Require(impl_);
     const std::string text = NormalizeLineEnds(DocumentText(given));
+    // Refused here, before MSXML sees it, so that every MSXML refuses it
+    // alike (Wine's accepts it).
+    if (!IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     const Bstr value(text);
     ComPtr<IXMLDOMComment> node;
     Check(dom->createComment(value.Get(), node.Out()), "The comment could not be created.");

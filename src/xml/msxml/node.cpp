@@ -261,6 +261,9 @@ void Node::SetText(std::string_view given) {
     const DOMNodeType type = TypeOf(node);
     // The DOM keeps LF for CR LF and a lone CR in text and comments.
     const bool lineEnds = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_COMMENT;
+    if (type == NODE_COMMENT && !IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     const Bstr value(lineEnds ? std::string_view(NormalizeLineEnds(text)) : text);
     switch (type) {
         case NODE_ELEMENT: {

@@ -55,24 +55,6 @@ std::string_view LeadingCharacters(std::string_view text, std::size_t count) {
     return text.substr(0, pos);
 }
 
-// Whether setting `value` on the existing attribute `declaration` would bind
-// the element's own prefix to another namespace: the element's name is
-// "p:local" and the attribute is its declaration "xmlns:p".
-bool RebindsOwnPrefix(pugi::xml_node element, std::string_view name, pugi::xml_attribute declaration,
-                      std::string_view value) {
-    constexpr std::string_view kXmlns = "xmlns:";
-    if (name.substr(0, kXmlns.size()) != kXmlns) {
-        return false;
-    }
-    const std::string_view prefix = name.substr(kXmlns.size());
-    const std::string_view elementName = element.name();
-    if (elementName.size() <= prefix.size() || elementName.substr(0, prefix.size()) != prefix ||
-        elementName[prefix.size()] != ':') {
-        return false;
-    }
-    return std::string_view(declaration.value()) != value;
-}
-
 }  // namespace
 
 std::optional<std::string> Element::GetAttribute(std::string_view name) const {
@@ -97,7 +79,7 @@ void Element::SetAttribute(std::string_view name, std::string_view value) {
         RaiseDomError("This name is not a valid XML name.");
     }
     pugi::xml_attribute attribute = Find(element, name);
-    if (attribute && RebindsOwnPrefix(element, name, attribute, value)) {
+    if (attribute && RebindsOwnPrefix(element.name(), name, attribute.value(), value)) {
         throw Error(ErrDomInvalidArgument, kDomErrorSource, kPrefixRebound);
     }
     if (!attribute) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "xml/declaration.hpp"
 #include "xml/escape.hpp"
 #include "xml/pugi/document_impl.hpp"
 #include "xml/pugi/layout.hpp"
@@ -42,36 +43,18 @@ void AppendAttributes(std::string& out, pugi::xml_node node) {
     }
 }
 
-bool IsUtf16Name(const char* encoding) {
-    constexpr std::string_view kUtf16 = "utf-16";
-    const std::string_view name = encoding;
-    if (name.size() != kUtf16.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        const char c = name[i] >= 'A' && name[i] <= 'Z' ? static_cast<char>(name[i] - 'A' + 'a') : name[i];
-        if (c != kUtf16[i]) {
-            return false;
+// The XML declaration as the DOM writes it (declaration.hpp).
+void AppendDeclaration(std::string& out, pugi::xml_node declaration) {
+    std::string values[3];
+    const std::string* present[3] = {nullptr, nullptr, nullptr};
+    const char* names[3] = {"version", "encoding", "standalone"};
+    for (int i = 0; i < 3; ++i) {
+        if (const pugi::xml_attribute a = declaration.attribute(names[i])) {
+            values[i] = a.value();
+            present[i] = &values[i];
         }
     }
-    return true;
-}
-
-// The XML declaration as the DOM writes it: the version always (1.0 when the
-// declaration has none), since the text is Unicode an encoding only when it is
-// UTF-16, and a standalone declaration as it stands.
-void AppendDeclaration(std::string& out, pugi::xml_node declaration) {
-    out += "<?xml version=\"";
-    const pugi::xml_attribute version = declaration.attribute("version");
-    AppendEscapedAttribute(out, version ? version.value() : "1.0");
-    out.push_back('"');
-    if (const pugi::xml_attribute encoding = declaration.attribute("encoding"); encoding && IsUtf16Name(encoding.value())) {
-        AppendAttribute(out, encoding);
-    }
-    if (const pugi::xml_attribute standalone = declaration.attribute("standalone")) {
-        AppendAttribute(out, standalone);
-    }
-    out += "?>";
+    xml::AppendDeclaration(out, present[0], present[1], present[2]);
 }
 
 // Writes the part of `node` before its children; returns whether children follow.
