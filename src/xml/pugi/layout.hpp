@@ -12,7 +12,8 @@
 // whitespace and no "<a></a>" has no marks, and nothing pays for them.
 
 #include <cstdint>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -36,35 +37,38 @@ public:
         if (marks_.empty()) {
             return 0;
         }
-        const auto found = marks_.find(node.internal_object());
+        const auto found = Find(node.internal_object());
         return found == marks_.end() ? 0 : found->second;
     }
 
-    void Add(pugi::xml_node node, Mark mark) { marks_[node.internal_object()] |= mark; }
+    // Marks added by a load come in document order, which is mostly address
+    // order: they are appended, and put in order once by Seal().
+    void Add(pugi::xml_node node, Mark mark) { marks_.emplace_back(node.internal_object(), mark); }
+
+    // Orders the marks added and joins those of one node; call after adding.
+    void Seal();
 
     void Remove(pugi::xml_node node, std::uint8_t marks) {
         if (marks_.empty()) {
             return;
         }
-        const auto found = marks_.find(node.internal_object());
-        if (found != marks_.end() && (found->second &= static_cast<std::uint8_t>(~marks)) == 0) {
-            marks_.erase(found);
+        const auto found = Find(node.internal_object());
+        if (found != marks_.end()) {
+            found->second = static_cast<std::uint8_t>(found->second & ~marks);
         }
     }
 
     // Takes over the marks of `other` (of nodes that now belong here).
-    void Merge(Layout&& other) {
-        if (marks_.empty()) {
-            marks_ = std::move(other.marks_);
-            return;
-        }
-        for (const auto& [node, marks] : other.marks_) {
-            marks_[node] |= marks;
-        }
-    }
+    void Merge(Layout&& other);
 
 private:
-    std::unordered_map<const pugi::xml_node_struct*, std::uint8_t> marks_;
+    using Entry = std::pair<const pugi::xml_node_struct*, std::uint8_t>;
+
+    std::vector<Entry>::iterator Find(const pugi::xml_node_struct* node);
+    std::vector<Entry>::const_iterator Find(const pugi::xml_node_struct* node) const;
+
+    // Sorted by node, one entry a node (after Seal).
+    std::vector<Entry> marks_;
 };
 
 }  // namespace quillbank::xml::detail

@@ -33,7 +33,7 @@ bool IsWhitespaceOnly(const char* text) {
 // not preserve, marking where it was: after the node before it, or at the
 // start of its element's content. Whitespace between top-level nodes is not
 // marked: the document's "xml" ends each of them with a line end anyway.
-void DropUnpreservedWhitespace(pugi::xml_node top, Layout& layout) {
+void DropUnpreservedWhitespace(pugi::xml_node top, Layout& layout, bool mentionsXmlSpace) {
     std::vector<pugi::xml_node> drop;
     // The elements with an xml:space setting enclosing the current node.
     std::vector<std::pair<pugi::xml_node, bool>> spaces;
@@ -42,8 +42,10 @@ void DropUnpreservedWhitespace(pugi::xml_node top, Layout& layout) {
         [&](pugi::xml_node node) {
             switch (node.type()) {
                 case pugi::node_element:
-                    if (const int space = XmlSpaceOf(node); space != 0) {
-                        spaces.emplace_back(node, space > 0);
+                    if (mentionsXmlSpace) {
+                        if (const int space = XmlSpaceOf(node); space != 0) {
+                            spaces.emplace_back(node, space > 0);
+                        }
                     }
                     return true;
                 case pugi::node_pcdata:
@@ -129,11 +131,12 @@ ParseOutcome ParseXmlText(pugi::xml_document& document, std::string_view text, b
         return {};
     }
     if (filterWhitespace) {
-        DropUnpreservedWhitespace(document, layout);
+        DropUnpreservedWhitespace(document, layout, scan.mentionsXmlSpace);
     }
     if (scan.hasEmptyEndTag) {
         MarkEndTags(document, text, layout);
     }
+    layout.Seal();
     return {true, scan.mentionsXmlSpace};
 }
 
