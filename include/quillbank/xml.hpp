@@ -51,10 +51,15 @@ public:
     // "nodeValue": the text of a text, CDATA or comment node; "" for an element.
     std::string Value() const;
     // "text": all descendant text and CDATA joined; trimmed at both ends when
-    // the owning document does not preserve whitespace.
+    // the owning document does not preserve whitespace (but not into a CDATA
+    // section), whitespace it does not preserve standing as one space between
+    // two texts. The text of a comment, CDATA section or processing
+    // instruction is its value.
     std::string Text() const;
     // Replaces the node's children by one text node holding `text` (for an
-    // element); sets the value of a text, CDATA or comment node.
+    // element); sets the value of a text, CDATA or comment node. Text and
+    // comments keep LF for CR LF and a lone CR; text ends at a NUL; a comment
+    // holding "-->" is refused.
     void SetText(std::string_view text);
     // "xml": the serialisation of this node alone.
     std::string Xml() const;

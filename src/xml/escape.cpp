@@ -168,13 +168,28 @@ void AppendChecked(std::string& out, std::string_view text) {
             if (DecodeUtf8(text, at, c)) {
                 pos = at;
             } else {
-                RequireDocumentText(text);
+                DocumentText(text);
                 ++pos;
             }
             continue;
         }
         if (b == '\0') {
-            RequireDocumentText(text);
+            // The document model's strings end at a NUL: the rest is cut.
+            out.append(data + runStart, pos - runStart);
+            return;
+        }
+        if (!attribute && b == '\r') {
+            // Text set into the document model holds LF for CR LF and for a
+            // lone CR; the LF is written as CR LF.
+            out.append(data + runStart, pos - runStart);
+            ++pos;
+            if (pos < size && data[pos] == '\n') {
+                runStart = pos;
+                continue;
+            }
+            out += "\r\n";
+            runStart = pos;
+            continue;
         }
         const char* replacement = EscapeOf(b, attribute);
         if (replacement == nullptr) {
@@ -197,6 +212,16 @@ void AppendCheckedText(std::string& out, std::string_view text) { AppendChecked<
 void AppendCheckedAttribute(std::string& out, std::string_view value) { AppendChecked<true>(out, value); }
 
 void AppendEscapedText(std::string& out, std::string_view text) { Append<Mode::Text>(out, text, kTextTable); }
+
+void AppendCommentText(std::string& out, std::string_view text) {
+    std::size_t runStart = 0;
+    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
+        out.append(text.data() + runStart, at - runStart);
+        out += "\r\n";
+        runStart = at + 1;
+    }
+    out.append(text.data() + runStart, text.size() - runStart);
+}
 
 void AppendEscapedAttribute(std::string& out, std::string_view value) {
     Append<Mode::Attribute>(out, value, kAttributeTable);

@@ -18,10 +18,15 @@ void AppendEscapedText(std::string& out, std::string_view text);
 // would become spaces). Characters outside ASCII are copied as UTF-8.
 void AppendEscapedAttribute(std::string& out, std::string_view value);
 
+// The text of a comment in a node's "xml": unescaped, every LF written as
+// CR LF.
+void AppendCommentText(std::string& out, std::string_view text);
+
 // AppendEscapedText and AppendEscapedAttribute for text on its way into the
-// written form without passing through a document: what the document model
-// refuses (a NUL, text that is not UTF-8) raises its error, and nothing else
-// is checked or changed. Part of the text may have been appended by then.
+// written form without passing through a document, with what the document
+// model does to text it is given: text that is not UTF-8 raises its error
+// (part of the text may have been appended by then), the text ends at a NUL,
+// and in node text CR LF and a lone CR are a line end (written CR LF).
 void AppendCheckedText(std::string& out, std::string_view text);
 void AppendCheckedAttribute(std::string& out, std::string_view value);
 

@@ -98,6 +98,11 @@ public:
 
     // Whether some start tag has an xml:space attribute.
     bool SawXmlSpace() const noexcept { return sawXmlSpace_; }
+    // Whether some text inside the root element starts with whitespace.
+    bool SawSpaceText() const noexcept { return sawSpaceText_; }
+    // Whether some element is written with an end tag right after its start
+    // tag ("<a></a>").
+    bool SawEmptyEndTag() const noexcept { return sawEmptyEndTag_; }
 
     bool Run() {
         while (p_ < t_.size()) {
@@ -112,8 +117,13 @@ public:
                     return false;
                 }
                 ++p_;
-            } else if (!Content()) {
-                return false;
+            } else {
+                if (IsXmlWhitespace(c)) {
+                    sawSpaceText_ = true;
+                }
+                if (!Content()) {
+                    return false;
+                }
             }
         }
         return roots_ == 1 && depth_ == 0;
@@ -227,6 +237,9 @@ private:
                 return false;
             }
             --depth_;
+            if (p_ == startTagEnd_) {
+                sawEmptyEndTag_ = true;
+            }
             p_ += 2;
             return EndTag();
         }
@@ -370,6 +383,7 @@ private:
             if (c == '>') {
                 ++p_;
                 ++depth_;
+                startTagEnd_ = p_;
                 return true;
             }
             if (c == '/' && StartsWith(t_, p_, "/>")) {
@@ -488,6 +502,10 @@ private:
     int roots_ = 0;
     bool sawDoctype_ = false;
     bool sawXmlSpace_ = false;
+    bool sawSpaceText_ = false;
+    bool sawEmptyEndTag_ = false;
+    // Where the last start tag that opened an element ended.
+    std::size_t startTagEnd_ = std::string_view::npos;
 };
 
 }  // namespace
@@ -497,6 +515,8 @@ PrescanResult PrescanXml(std::string_view text) {
     Prescanner scanner(text);
     result.accepted = scanner.Run();
     result.mentionsXmlSpace = result.accepted && scanner.SawXmlSpace();
+    result.hasSpaceText = result.accepted && scanner.SawSpaceText();
+    result.hasEmptyEndTag = result.accepted && scanner.SawEmptyEndTag();
     return result;
 }
 

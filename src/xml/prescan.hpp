@@ -15,6 +15,12 @@ struct PrescanResult {
     // True when some start tag has an xml:space attribute, so that
     // whitespace-only text must be kept while parsing and filtered afterwards.
     bool mentionsXmlSpace = false;
+    // True when some text inside the root element starts with whitespace, so
+    // that whitespace-only text may be there to drop (and remember).
+    bool hasSpaceText = false;
+    // True when some element is written "<a></a>", with an end tag right
+    // after its start tag.
+    bool hasEmptyEndTag = false;
 };
 
 // Refuses: text that is not UTF-8; characters XML 1.0 does not allow

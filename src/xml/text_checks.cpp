@@ -169,13 +169,38 @@ bool IsXmlName(std::string_view name) {
     return !first;
 }
 
-void RequireDocumentText(std::string_view text) {
+std::string_view DocumentText(std::string_view text) {
     if (!IsValidUtf8(text)) {
         throw Error(ErrInvalidArgument, kDomSource, "The text is not valid UTF-8.");
     }
-    if (text.find('\0') != std::string_view::npos) {
-        throw Error(ErrInvalidArgument, kDomSource, "The text holds a NUL character, which XML cannot hold.");
+    return text.substr(0, text.find('\0'));
+}
+
+std::string NormalizeLineEnds(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t pos = 0; pos < text.size(); ++pos) {
+        if (text[pos] != '\r') {
+            out.push_back(text[pos]);
+            continue;
+        }
+        out.push_back('\n');
+        if (pos + 1 < text.size() && text[pos + 1] == '\n') {
+            ++pos;
+        }
     }
+    return out;
+}
+
+bool RebindsOwnPrefix(std::string_view elementName, std::string_view name, std::string_view existing,
+                      std::string_view value) {
+    constexpr std::string_view kXmlns = "xmlns:";
+    if (name.substr(0, kXmlns.size()) != kXmlns || existing == value) {
+        return false;
+    }
+    const std::string_view prefix = name.substr(kXmlns.size());
+    return elementName.size() > prefix.size() && elementName.substr(0, prefix.size()) == prefix &&
+           elementName[prefix.size()] == ':';
 }
 
 }  // namespace quillbank::xml

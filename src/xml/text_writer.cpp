@@ -3,6 +3,7 @@
 // in the order written, "<name/>" for an element without children, the
 // escaping of node text and attribute values, no added whitespace.
 
+#include "xml/dom_error.hpp"
 #include "xml/escape.hpp"
 #include "xml/text_checks.hpp"
 #include "xml/writer.hpp"
@@ -39,11 +40,20 @@ void TextWriter::Text(std::string_view text) {
     AppendCheckedText(out_, text);
 }
 
-void TextWriter::Comment(std::string_view text) {
-    RequireDocumentText(text);
+void TextWriter::Comment(std::string_view given) {
+    // What the document model does to a comment's text: cut at a NUL, "-->"
+    // refused, line ends made LF and written CR LF.
+    const std::string_view text = DocumentText(given);
+    if (!IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     CloseStartTag();
     out_ += "<!--";
-    out_ += text;
+    if (text.find('\r') == std::string_view::npos) {
+        AppendCommentText(out_, text);
+    } else {
+        AppendCommentText(out_, NormalizeLineEnds(text));
+    }
     out_ += "-->";
 }
 

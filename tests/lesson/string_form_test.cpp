@@ -93,11 +93,21 @@ TEST(StringForms, TheLessonStringFormsAreTheXmlOfTheElements) {
     }
 }
 
-TEST(StringForms, ThePropertyHoldingANulIsLeftOutOfBothForms) {
+// The document model's text ends at a NUL: the property is written with the
+// part of its value before the NUL, in both forms, and never left out.
+TEST(StringForms, ThePropertyHoldingANulIsWrittenCutAtTheNul) {
     const auto lesson = AwkwardLesson();
-    const std::string text = lesson->ToXMLString();
-    EXPECT_EQ(text.find("holds a nul"), std::string::npos);
-    EXPECT_NE(text.find("name=\"plain\""), std::string::npos);
+    for (const std::string& text : {lesson->ToXMLString(), lesson->ToClearXMLString()}) {
+        const std::size_t at = text.find("name=\"holds a nul\"");
+        ASSERT_NE(at, std::string::npos) << text;
+        const std::string written = "name=\"holds a nul\">before</stringProp>";
+        EXPECT_EQ(text.compare(at, written.size(), written), 0) << text.substr(at, 40);
+        EXPECT_EQ(text.find("after"), std::string::npos);
+        EXPECT_NE(text.find("name=\"plain\""), std::string::npos);
+    }
+    auto back = Lesson::Create();
+    back->FromXMLString(lesson->ToXMLString());
+    EXPECT_EQ(back->Properties()->GetString("holds a nul", "absent"), "before");
 }
 
 TEST(StringForms, TheBagAndChildElementStringFormsAreTheXmlOfTheElements) {
@@ -133,16 +143,38 @@ void ExpectSameFailure(const std::function<void()>& direct, const std::function<
     }
 }
 
-TEST(StringForms, ANameTheDocumentCannotHoldFailsBothWaysAlike) {
+// A name holding a NUL is cut there by both ways of writing alike.
+TEST(StringForms, ANameHoldingANulIsCutAlikeBothWays) {
     auto bag = PersistedPropertyCollection::Create();
     bag->SetName(std::string("with\0nul", 8));
     bag->SetLong("n", 1);
-    ExpectSameFailure([&] { (void)bag->ToXMLString(); }, [&] { (void)bag->ToXMLElement(xml::Document::Create()); });
+    EXPECT_EQ(bag->ToXMLString(), ElementXml(bag->ToXMLElement(xml::Document::Create())));
+    EXPECT_EQ(bag->ToXMLString().rfind("<ppc name=\"with\">", 0), 0u) << bag->ToXMLString();
 
     auto lesson = Lesson::Create();
     lesson->SetTitle(std::string("\0", 1));
+    EXPECT_EQ(WithoutDocumentId(lesson->ToClearXMLString()),
+              WithoutDocumentId(ElementXml(lesson->ToClearXMLElement(xml::Document::Create()))));
+    EXPECT_NE(lesson->ToClearXMLString().find(" title=\"\" "), std::string::npos);
+}
+
+// A classification holding "-->" would end the classification comment early:
+// the document model refuses the comment, and both ways of writing fail with
+// its error.
+TEST(StringForms, AClassificationHoldingACommentEndFailsBothWaysAlike) {
+    auto lesson = Lesson::Create();
+    lesson->SetClassification("secret --> open");
+    ExpectSameFailure([&] { (void)lesson->ToXMLString(); },
+                      [&] { (void)lesson->ToXMLElement(xml::Document::Create()); });
     ExpectSameFailure([&] { (void)lesson->ToClearXMLString(); },
                       [&] { (void)lesson->ToClearXMLElement(xml::Document::Create()); });
+    try {
+        (void)lesson->ToXMLString();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.Number(), ErrXmlDom);
+        EXPECT_EQ(error.Source(), "msxml3.dll");
+        EXPECT_EQ(error.Description(), "A comment cannot contain \"-->\".");
+    }
 }
 
 }  // namespace

@@ -13,10 +13,14 @@ using testing::Loaded;
 
 bool Loads(const std::string& text) { return Document::Create().LoadXML(text); }
 
+// The dropped whitespace is no node, but the document remembers where it was
+// and "xml" writes it back as a line end and one tab a level.
 TEST(XmlLoad, NewDocumentDropsWhitespaceOnlyText) {
     Document doc = Loaded("<r>\n  <a> x </a>\n  <b>  </b> <i>1</i> <i>2</i>\n</r>");
-    EXPECT_EQ(doc.DocumentElement().Xml(), "<r><a> x </a><b/><i>1</i><i>2</i></r>");
+    EXPECT_EQ(doc.DocumentElement().Xml(),
+              "<r>\r\n\t<a> x </a>\r\n\t<b>\r\n\t</b>\r\n\t<i>1</i>\r\n\t<i>2</i>\r\n</r>");
     EXPECT_EQ(doc.DocumentElement().ChildCount(), 4);
+    EXPECT_EQ(doc.DocumentElement().ChildAt(1).ChildCount(), 0);
 }
 
 TEST(XmlLoad, PreservingDocumentKeepsEveryTextNode) {
@@ -30,7 +34,11 @@ TEST(XmlLoad, XmlSpacePreserveKeepsWhitespaceInsideThatElementOnly) {
     Document doc = Loaded(
         "<r> <p xml:space=\"preserve\"> <q> </q> <d xml:space=\"default\"> <e> </e> </d></p> <s> </s></r>");
     EXPECT_EQ(doc.DocumentElement().Xml(),
-              "<r><p xml:space=\"preserve\"> <q> </q> <d xml:space=\"default\"><e/></d></p><s/></r>");
+              "<r>\r\n\t<p xml:space=\"preserve\"> <q> </q> <d xml:space=\"default\">\r\n\t\t\t<e>\r\n\t\t\t</e>"
+              "\r\n\t\t</d></p>\r\n\t<s>\r\n\t</s></r>");
+    const Node p = doc.DocumentElement().FirstChild();
+    EXPECT_EQ(p.ChildCount(), 4);
+    EXPECT_EQ(p.ChildAt(3).ChildCount(), 1);
 }
 
 TEST(XmlLoad, TextWithOtherCharactersIsKeptWhole) {
@@ -46,9 +54,12 @@ TEST(XmlLoad, LineEndsInTextBecomeLineFeeds) {
     EXPECT_EQ(doc.DocumentElement().FirstChild().Value(), "a\nb\nc\nd");
 }
 
-TEST(XmlLoad, RawWhitespaceInAttributesBecomesSpacesButReferencesStay) {
+// MSXML keeps raw TAB and line ends in attribute values (CR LF and a lone CR
+// becoming LF, as everywhere in loaded text); references keep their
+// characters.
+TEST(XmlLoad, RawWhitespaceInAttributesIsKeptWithLineEndsAsLf) {
     Document doc = Loaded("<r v=\"a\tb\nc\r\nd\re\" w=\"&#9;&#10;&#13;\"/>");
-    EXPECT_EQ(doc.DocumentElement().GetAttribute("v"), "a b c d e");
+    EXPECT_EQ(doc.DocumentElement().GetAttribute("v"), "a\tb\nc\nd\ne");
     EXPECT_EQ(doc.DocumentElement().GetAttribute("w"), "\t\n\r");
 }
 

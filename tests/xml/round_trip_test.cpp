@@ -48,6 +48,23 @@ TEST(XmlRoundTrip, AttributeValuesReadBackExactly) {
     }
 }
 
+// Text as the document model stores it once set: CR LF and a lone CR are
+// LF.
+std::string WithLfLineEnds(const std::string& text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r') {
+            out.push_back('\n');
+            if (i + 1 < text.size() && text[i + 1] == '\n') {
+                ++i;
+            }
+        } else {
+            out.push_back(text[i]);
+        }
+    }
+    return out;
+}
+
 TEST(XmlRoundTrip, TextReadsBackExactlyInAPreservingDocument) {
     std::mt19937 random(7);
     for (int i = 0; i < 2000; ++i) {
@@ -58,7 +75,7 @@ TEST(XmlRoundTrip, TextReadsBackExactlyInAPreservingDocument) {
         Document back = Document::Create();
         back.SetPreserveWhiteSpace(true);
         ASSERT_TRUE(back.LoadXML(e.Xml())) << e.Xml();
-        ASSERT_EQ(back.DocumentElement().Text(), text) << e.Xml();
+        ASSERT_EQ(back.DocumentElement().Text(), WithLfLineEnds(text)) << e.Xml();
     }
 }
 
@@ -72,7 +89,7 @@ TEST(XmlRoundTrip, TextWithOtherCharactersReadsBackWholeByDefault) {
         e.AppendChild(doc.CreateTextNode(text));
         Document back = Document::Create();
         ASSERT_TRUE(back.LoadXML(e.Xml())) << e.Xml();
-        ASSERT_EQ(back.DocumentElement().LastChild().Value(), text) << e.Xml();
+        ASSERT_EQ(back.DocumentElement().LastChild().Value(), WithLfLineEnds(text)) << e.Xml();
     }
 }
 

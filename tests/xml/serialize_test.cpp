@@ -63,11 +63,22 @@ TEST(XmlSerialise, LineFeedInTextIsWrittenAsCrLf) {
     EXPECT_EQ(a.Xml(), "<a>one\r\ntwo\r\n</a>");
 }
 
-TEST(XmlSerialise, CarriageReturnInTextIsACharacterReference) {
+// Text that is set holds LF for a lone CR and for CR LF, and LF is written
+// CR LF.
+TEST(XmlSerialise, LineEndsInSetTextAreWrittenAsCrLf) {
     Document doc = Document::Create();
     Element a = doc.CreateElement("a");
-    a.SetText("a\rb\r\nc");
-    EXPECT_EQ(a.Xml(), "<a>a&#13;b&#13;\r\nc</a>");
+    a.SetText("a\rb\r\nc\nd");
+    EXPECT_EQ(a.Text(), "a\nb\nc\nd");
+    EXPECT_EQ(a.Xml(), "<a>a\r\nb\r\nc\r\nd</a>");
+}
+
+// A CR can only come into text through a character reference; it is written
+// as one, since a raw CR would read back as LF.
+TEST(XmlSerialise, CarriageReturnFromAReferenceIsWrittenAsAReference) {
+    Document doc = testing::Loaded("<a>x&#13;y</a>");
+    EXPECT_EQ(doc.DocumentElement().Text(), "x\ry");
+    EXPECT_EQ(doc.DocumentElement().Xml(), "<a>x&#13;y</a>");
 }
 
 TEST(XmlSerialise, NonAsciiIsWrittenAsUtf8) {

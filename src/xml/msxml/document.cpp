@@ -32,7 +32,7 @@ Document Document::Create() { return Document(DocumentImpl::New()); }
 
 Element Document::CreateElement(std::string_view name) {
     IXMLDOMDocument* dom = Require(impl_);
-    RequireDocumentText(name);
+    name = DocumentText(name);
     if (!IsXmlName(name)) {
         RaiseDomError("This name is not a valid XML name.");
     }
@@ -42,39 +42,33 @@ Element Document::CreateElement(std::string_view name) {
     return DocumentImpl::MakeElement(impl_, element.Get());
 }
 
-Node Document::CreateTextNode(std::string_view text) {
+Node Document::CreateTextNode(std::string_view given) {
     IXMLDOMDocument* dom = Require(impl_);
-    RequireDocumentText(text);
+    // The DOM keeps LF for CR LF and a lone CR in text it is given.
+    const std::string text = NormalizeLineEnds(DocumentText(given));
     const Bstr value(text);
     ComPtr<IXMLDOMText> node;
-    if (text.find('\r') == std::string_view::npos) {
-        Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
-    } else {
-        // A carriage return is kept as it is: Wine's MSXML turns CR LF and a
-        // lone CR into LF in createTextNode, but not in the node's value.
-        const Bstr empty("");
-        Check(dom->createTextNode(empty.Get(), node.Out()), "The text could not be created.");
-        VARIANT v;
-        VariantInit(&v);
-        V_VT(&v) = VT_BSTR;
-        V_BSTR(&v) = value.Get();
-        Check(node->put_nodeValue(v), "The text could not be created.");
-    }
+    Check(dom->createTextNode(value.Get(), node.Out()), "The text could not be created.");
     return DocumentImpl::MakeNode(impl_, node.Get());
 }
 
-Node Document::CreateComment(std::string_view text) {
+Node Document::CreateComment(std::string_view given) {
     IXMLDOMDocument* dom = Require(impl_);
-    RequireDocumentText(text);
+    const std::string text = NormalizeLineEnds(DocumentText(given));
+    // Refused here, before MSXML sees it, so that every MSXML refuses it
+    // alike (Wine's accepts it).
+    if (!IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     const Bstr value(text);
     ComPtr<IXMLDOMComment> node;
     Check(dom->createComment(value.Get(), node.Out()), "The comment could not be created.");
     return DocumentImpl::MakeNode(impl_, node.Get());
 }
 
-Node Document::CreateCDataSection(std::string_view text) {
+Node Document::CreateCDataSection(std::string_view given) {
     IXMLDOMDocument* dom = Require(impl_);
-    RequireDocumentText(text);
+    const std::string_view text = DocumentText(given);
     const Bstr value(text);
     ComPtr<IXMLDOMCDATASection> node;
     Check(dom->createCDATASection(value.Get(), node.Out()), "The section could not be created.");

@@ -53,10 +53,18 @@ bool Element::HasAttribute(std::string_view name) const { return GetAttribute(na
 
 void Element::SetAttribute(std::string_view name, std::string_view value) {
     IXMLDOMElement* element = RequireElement(node_);
-    RequireDocumentText(name);
-    RequireDocumentText(value);
+    name = DocumentText(name);
+    value = DocumentText(value);
     if (!IsXmlName(name)) {
         RaiseDomError("This name is not a valid XML name.");
+    }
+    // Checked here, before MSXML sees it, so that every MSXML refuses it
+    // alike (Wine's accepts it).
+    if (name.substr(0, 6) == "xmlns:") {
+        const std::optional<std::string> existing = GetAttribute(name);
+        if (existing && RebindsOwnPrefix(Name(), name, *existing, value)) {
+            throw Error(ErrDomInvalidArgument, kDomErrorSource, kPrefixRebound);
+        }
     }
     const Bstr attributeName(name);
     const Bstr text(value);

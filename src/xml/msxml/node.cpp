@@ -255,11 +255,17 @@ std::string Node::Text() const {
     return text.Utf8();
 }
 
-void Node::SetText(std::string_view text) {
+void Node::SetText(std::string_view given) {
     IXMLDOMNode* node = RequireNode(node_);
-    RequireDocumentText(text);
-    const Bstr value(text);
-    switch (TypeOf(node)) {
+    const std::string_view text = DocumentText(given);
+    const DOMNodeType type = TypeOf(node);
+    // The DOM keeps LF for CR LF and a lone CR in text and comments.
+    const bool lineEnds = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_COMMENT;
+    if (type == NODE_COMMENT && !IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
+    const Bstr value(lineEnds ? std::string_view(NormalizeLineEnds(text)) : text);
+    switch (type) {
         case NODE_ELEMENT: {
             // The children are taken out first, so that handles to them stay
             // valid and unattached: Wine's MSXML frees the children that

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/declaration.hpp"
 #include "xml/escape.hpp"
 
 namespace quillbank::xml::msxml {
@@ -72,6 +73,22 @@ void AppendAttributes(std::string& out, IXMLDOMNode* node) {
     }
 }
 
+// The XML declaration as the DOM writes it, from the text MSXML gives as its
+// value (declaration.hpp).
+void AppendDeclarationOf(std::string& out, std::string_view data) {
+    const std::vector<std::pair<std::string, std::string>> attributes = DeclarationAttributes(data);
+    const std::string* present[3] = {nullptr, nullptr, nullptr};
+    const char* names[3] = {"version", "encoding", "standalone"};
+    for (const auto& [name, value] : attributes) {
+        for (int i = 0; i < 3; ++i) {
+            if (name == names[i] && present[i] == nullptr) {
+                present[i] = &value;
+            }
+        }
+    }
+    AppendDeclaration(out, present[0], present[1], present[2]);
+}
+
 // Writes the part of `node` before its children; returns its first child
 // when children follow.
 ComPtr<IXMLDOMNode> Enter(std::string& out, IXMLDOMNode* node) {
@@ -92,12 +109,17 @@ ComPtr<IXMLDOMNode> Enter(std::string& out, IXMLDOMNode* node) {
             return {};
         case NODE_COMMENT:
             out += "<!--";
-            out += ValueOf(node);
+            AppendCommentText(out, ValueOf(node));
             out += "-->";
             return {};
         case NODE_PROCESSING_INSTRUCTION: {
+            const std::string name = NameOf(node);
+            if (name == "xml") {
+                AppendDeclarationOf(out, ValueOf(node));
+                return {};
+            }
             out += "<?";
-            out += NameOf(node);
+            out += name;
             const std::string value = ValueOf(node);
             if (!value.empty()) {
                 out.push_back(' ');

@@ -22,10 +22,19 @@ DocumentImpl& Require(const std::shared_ptr<DocumentImpl>& impl) {
     return *impl;
 }
 
-pugi::xml_node NewLeaf(DocumentImpl& impl, pugi::xml_node_type type, std::string_view text) {
-    RequireDocumentText(text);
+pugi::xml_node NewLeaf(DocumentImpl& impl, pugi::xml_node_type type, std::string_view given) {
+    const std::string_view text = DocumentText(given);
+    if (type == pugi::node_comment && !IsCommentText(text)) {
+        RaiseDomError(kCommentEndInComment);
+    }
     pugi::xml_node node = impl.Limbo().append_child(type);
-    node.set_value(text.data(), text.size());
+    if (type != pugi::node_cdata && text.find('\r') != std::string_view::npos) {
+        // Text and comments hold LF for every line end, as when loaded.
+        const std::string normalized = NormalizeLineEnds(text);
+        node.set_value(normalized.data(), normalized.size());
+    } else {
+        node.set_value(text.data(), text.size());
+    }
     return node;
 }
 
@@ -36,7 +45,7 @@ Document Document::Create() { return Document(std::make_shared<DocumentImpl>());
 Element Document::CreateElement(std::string_view name) {
     DocumentImpl& impl = Require(impl_);
     if (!IsAsciiXmlName(name)) {
-        RequireDocumentText(name);
+        name = DocumentText(name);
         if (!IsXmlName(name)) {
             RaiseDomError("This name is not a valid XML name.");
         }
@@ -61,12 +70,16 @@ Node Document::CreateCDataSection(std::string_view text) {
 bool Document::LoadXML(std::string_view text) {
     DocumentImpl& impl = Require(impl_);
     auto fresh = std::make_unique<pugi::xml_document>();
-    const bool loaded = detail::ParseXmlText(*fresh, text, impl.preserveWhiteSpace);
-    if (!loaded) {
+    detail::Layout layout;
+    const detail::ParseOutcome outcome = detail::ParseXmlText(*fresh, text, impl.preserveWhiteSpace, layout);
+    if (!outcome.loaded) {
         fresh->reset();
+    } else {
+        impl.layout.Merge(std::move(layout));
+        impl.mayHaveXmlSpace = impl.mayHaveXmlSpace || outcome.mentionsXmlSpace;
     }
     impl.StartGeneration(std::move(fresh));
-    return loaded;
+    return outcome.loaded;
 }
 
 Element Document::ParseRootElement(std::string_view text) {
@@ -75,10 +88,14 @@ Element Document::ParseRootElement(std::string_view text) {
     // to the element: a short-lived parse gives its memory back at once
     // instead of growing this document until it goes.
     auto parsed = std::make_unique<pugi::xml_document>();
-    if (!detail::ParseXmlText(*parsed, text, false)) {
+    detail::Layout layout;
+    const detail::ParseOutcome outcome = detail::ParseXmlText(*parsed, text, false, layout);
+    if (!outcome.loaded) {
         return Element();
     }
     auto own = std::make_shared<DocumentImpl>(std::move(parsed));
+    own->layout.Merge(std::move(layout));
+    own->mayHaveXmlSpace = outcome.mentionsXmlSpace;
     for (pugi::xml_node n = detail::VisibleFirstChild(own->Current()); n; n = n.next_sibling()) {
         if (n.type() == pugi::node_element) {
             // Unattached, as the result of a parse that is not a load.
@@ -127,7 +144,10 @@ bool Document::PreserveWhiteSpace() const { return Require(impl_).preserveWhiteS
 
 void Document::SetPreserveWhiteSpace(bool preserve) { Require(impl_).preserveWhiteSpace = preserve; }
 
-std::string Document::Xml() const { return detail::NodeXml(Require(impl_).Current()); }
+std::string Document::Xml() const {
+    DocumentImpl& impl = Require(impl_);
+    return detail::NodeXml(impl.Current(), impl.LayoutOrNull());
+}
 
 Node Document::AsNode() const { return DocumentImpl::MakeNode(impl_, Require(impl_).Current()); }
 

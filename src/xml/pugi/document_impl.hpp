@@ -21,6 +21,8 @@
 
 #include <quillbank/xml.hpp>
 
+#include "xml/pugi/layout.hpp"
+
 namespace quillbank::xml::detail {
 
 inline pugi::xml_node ToPugi(NodeImpl* node) noexcept {
@@ -64,6 +66,14 @@ public:
     bool HoldsInCurrent(pugi::xml_node node) { return node.root() == Current(); }
 
     bool preserveWhiteSpace = false;
+    // Some node of this document may have an xml:space attribute (so that
+    // "text" must look for one); false when none ever came in.
+    bool mayHaveXmlSpace = false;
+    // What loading left out but remembers (layout.hpp), for the nodes of
+    // every generation.
+    Layout layout;
+    // The layout for the serialiser and "text": null when there is none.
+    const Layout* LayoutOrNull() const noexcept { return layout.Empty() ? nullptr : &layout; }
 
     // Forgets the remembered child positions; called on every tree edit.
     void TreeChanged() noexcept {

@@ -72,15 +72,21 @@ void Element::SetAttribute(std::string_view name, std::string_view value) {
     // The usual ASCII name needs neither of the name checks.
     const bool asciiName = IsAsciiXmlName(name);
     if (!asciiName) {
-        RequireDocumentText(name);
+        name = DocumentText(name);
     }
-    RequireDocumentText(value);
+    value = DocumentText(value);
     if (!asciiName && !IsXmlName(name)) {
         RaiseDomError("This name is not a valid XML name.");
     }
     pugi::xml_attribute attribute = Find(element, name);
+    if (attribute && RebindsOwnPrefix(element.name(), name, attribute.value(), value)) {
+        throw Error(ErrDomInvalidArgument, kDomErrorSource, kPrefixRebound);
+    }
     if (!attribute) {
         attribute = element.append_attribute(std::string(name).c_str());
+        if (name == "xml:space") {
+            doc_->mayHaveXmlSpace = true;
+        }
     }
     attribute.set_value(value.data(), value.size());
 }
@@ -106,7 +112,7 @@ void Element::SetBase64Value(std::span<const std::uint8_t> bytes) {
 }
 
 std::vector<std::uint8_t> Element::GetBase64Value() const {
-    const std::string text = detail::NodeText(Require(node_));
+    const std::string text = detail::ConcatenatedText(Require(node_));
     std::optional<std::vector<std::uint8_t>> bytes = DecodeBase64Text(text);
     if (!bytes) {
         const std::string description =

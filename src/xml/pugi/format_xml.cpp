@@ -3,6 +3,7 @@
 #include <quillbank/xml.hpp>
 
 #include "xml/escape.hpp"
+#include "xml/pugi/layout.hpp"
 #include "xml/pugi/parse.hpp"
 #include "xml/pugi/walk.hpp"
 
@@ -166,7 +167,9 @@ private:
 
 std::optional<std::string> FormatXml(std::string_view text) {
     pugi::xml_document document;
-    if (!detail::ParseXmlText(document, text, false)) {
+    // The writer indents on its own: what loading remembers is not needed.
+    detail::Layout layout;
+    if (!detail::ParseXmlText(document, text, false, layout).loaded) {
         return std::nullopt;
     }
     std::string out;

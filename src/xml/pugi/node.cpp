@@ -4,6 +4,7 @@
 
 #include "xml/dom_error.hpp"
 #include "xml/pugi/document_impl.hpp"
+#include "xml/pugi/node_text.hpp"
 #include "xml/pugi/serialize.hpp"
 #include "xml/pugi/tree_edit.hpp"
 #include "xml/text_checks.hpp"
@@ -20,18 +21,6 @@ pugi::xml_node Require(detail::NodeImpl* node) {
         RaiseDomError("The node is null.");
     }
     return ToPugi(node);
-}
-
-std::string_view TrimXmlWhitespace(std::string_view text) {
-    std::size_t begin = 0;
-    std::size_t end = text.size();
-    while (begin < end && IsXmlWhitespace(text[begin])) {
-        ++begin;
-    }
-    while (end > begin && IsXmlWhitespace(text[end - 1])) {
-        --end;
-    }
-    return text.substr(begin, end - begin);
 }
 
 }  // namespace
@@ -69,6 +58,8 @@ std::string Node::Value() const {
         case pugi::node_comment:
         case pugi::node_pi:
             return node.value();
+        case pugi::node_declaration:
+            return detail::DeclarationText(node);
         default:
             return std::string();
     }
@@ -76,27 +67,36 @@ std::string Node::Value() const {
 
 std::string Node::Text() const {
     const pugi::xml_node node = Require(node_);
-    std::string text = detail::NodeText(node);
-    if (doc_->preserveWhiteSpace) {
-        return text;
-    }
-    const std::string_view trimmed = TrimXmlWhitespace(text);
-    if (trimmed.size() == text.size()) {
-        return text;
-    }
-    return std::string(trimmed);
+    return detail::NodeText(node, {doc_->preserveWhiteSpace, doc_->mayHaveXmlSpace, doc_->LayoutOrNull()});
 }
 
-void Node::SetText(std::string_view text) {
+void Node::SetText(std::string_view given) {
     pugi::xml_node node = Require(node_);
-    RequireDocumentText(text);
+    const std::string_view text = DocumentText(given);
+    // Text and comments hold LF for every line end, as when loaded.
+    std::string normalized;
+    const auto lineEnds = [&]() -> std::string_view {
+        if (text.find('\r') == std::string_view::npos) {
+            return text;
+        }
+        normalized = NormalizeLineEnds(text);
+        return normalized;
+    };
     switch (node.type()) {
         case pugi::node_element:
-            detail::ReplaceChildrenWithText(*doc_, node, text);
+            detail::ReplaceChildrenWithText(*doc_, node, lineEnds());
             return;
-        case pugi::node_pcdata:
-        case pugi::node_cdata:
         case pugi::node_comment:
+            if (!IsCommentText(text)) {
+                RaiseDomError(kCommentEndInComment);
+            }
+            [[fallthrough]];
+        case pugi::node_pcdata: {
+            const std::string_view value = lineEnds();
+            node.set_value(value.data(), value.size());
+            return;
+        }
+        case pugi::node_cdata:
         case pugi::node_pi:
             node.set_value(text.data(), text.size());
             return;
@@ -105,7 +105,7 @@ void Node::SetText(std::string_view text) {
     }
 }
 
-std::string Node::Xml() const { return detail::NodeXml(Require(node_)); }
+std::string Node::Xml() const { return detail::NodeXml(Require(node_), doc_->LayoutOrNull()); }
 
 Node Node::Parent() const { return DocumentImpl::MakeNode(doc_, detail::VisibleParent(Require(node_))); }
 

@@ -8,13 +8,23 @@
 
 namespace quillbank::xml::detail {
 
-// Parses `text` into the empty `document`. Returns false, leaving whatever the
-// parser produced, when the text is not conforming XML (see PrescanXml), does
-// not parse.
+class Layout;
+
+struct ParseOutcome {
+    bool loaded = false;
+    // Some start tag has an xml:space attribute.
+    bool mentionsXmlSpace = false;
+};
+
+// Parses `text` into the empty `document`. Fails, leaving whatever the parser
+// produced, when the text is not conforming XML (see PrescanXml) or does not
+// parse.
 // When `preserveWhiteSpace` is false, whitespace-only text is dropped except
-// inside an element with xml:space="preserve" (the nearest xml:space decides).
-// Line ends in text become LF; raw TAB, CR and LF in attribute values become
-// spaces while character references keep their character.
-bool ParseXmlText(pugi::xml_document& document, std::string_view text, bool preserveWhiteSpace);
+// inside an element with xml:space="preserve" (the nearest xml:space decides);
+// where it was is marked in `layout`, as is every element written "<a></a>".
+// Line ends in text and attribute values become LF; raw TAB in attribute
+// values stays, and character references keep their character.
+ParseOutcome ParseXmlText(pugi::xml_document& document, std::string_view text, bool preserveWhiteSpace,
+                          Layout& layout);
 
 }  // namespace quillbank::xml::detail

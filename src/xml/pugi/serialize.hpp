@@ -8,12 +8,20 @@
 
 namespace quillbank::xml::detail {
 
-// The serialisation of `node` and its descendants. For a document node: each
-// top-level node (limbo hidden) followed by CR LF.
-std::string NodeXml(pugi::xml_node node);
+class Layout;
 
-// All descendant text and CDATA of `node` joined (its own value for a text,
-// CDATA, comment or processing instruction node).
-std::string NodeText(pugi::xml_node node);
+// The serialisation of `node` and its descendants. For a document node: each
+// top-level node (limbo hidden) followed by CR LF. `layout`, when not null,
+// holds what loading left out but remembers (layout.hpp).
+std::string NodeXml(pugi::xml_node node, const Layout* layout);
+
+// All descendant text and CDATA of `node` joined as they stand (its own value
+// for a text, CDATA, comment or processing instruction node), for typed
+// values; the DOM's "text" is NodeText (node_text.hpp).
+std::string ConcatenatedText(pugi::xml_node node);
+
+// The text of an XML declaration: its attributes as written in it, each
+// name="value", separated by one space.
+std::string DeclarationText(pugi::xml_node declaration);
 
 }  // namespace quillbank::xml::detail

@@ -67,6 +67,7 @@ pugi::xml_node InsertChild(DocumentImpl& parentDoc, pugi::xml_node parent, Docum
         if (!placed) {
             RaiseDomError("This node cannot be inserted here.");
         }
+        parentDoc.mayHaveXmlSpace = parentDoc.mayHaveXmlSpace || childDoc.mayHaveXmlSpace;
         if (!IsLimbo(child.parent())) {
             LimboOf(child).append_move(child);
             childDoc.TreeChanged();
@@ -95,6 +96,8 @@ void ReplaceChildrenWithText(DocumentImpl& doc, pugi::xml_node element, std::str
     if (!text.empty()) {
         element.append_child(pugi::node_pcdata).set_value(text.data(), text.size());
     }
+    // What was remembered of the content it had goes with it.
+    doc.layout.Remove(element, Layout::kSpaceInside | Layout::kEndTag);
     doc.TreeChanged();
 }
 
@@ -136,6 +139,7 @@ Node Node::CloneNode(bool deep) const {
     if (node.type() == pugi::node_document) {
         auto copy = std::make_shared<detail::DocumentImpl>();
         copy->preserveWhiteSpace = doc_->preserveWhiteSpace;
+        copy->mayHaveXmlSpace = doc_->mayHaveXmlSpace;
         if (deep) {
             for (pugi::xml_node n = detail::VisibleFirstChild(node); n; n = n.next_sibling()) {
                 copy->Current().append_copy(n);
