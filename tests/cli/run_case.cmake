@@ -39,6 +39,11 @@ foreach(input IN LISTS INPUTS)
   file(COPY "${DATA}/${input}" DESTINATION "${WORK}")
 endforeach()
 
+# The regional setting comes from the environment unless --locale names one:
+# every case runs in the default one.
+set(ENV{LC_ALL} "C")
+set(ENV{LANG} "C")
+
 set(stdin_option)
 if(STDIN)
   set(stdin_option INPUT_FILE "${DATA}/${STDIN}")

@@ -174,6 +174,7 @@ void DocumentChecker::Property(const xml::Element& property, const std::string& 
         findings_.Add("P05", path, "the name stands twice in this bag (letter case ignored); only the last is read");
     }
     seen.SetBoolean(name, true);
+    CheckZeroReading(property, path, findings_);
 
     const std::string lower = Lower(elementName);
     if (lower == "ppcprop") {

@@ -10,7 +10,7 @@ namespace {
 constexpr auto E = Severity::Error;
 constexpr auto W = Severity::Warning;
 
-constexpr std::array<FindingKind, 25> kCatalogue = {{
+constexpr std::array<FindingKind, 26> kCatalogue = {{
     {"L01", W, "the lesson's title is empty"},
     {"L02", E, "the lesson element has no lesson identifier"},
     {"L03", W, "a part of the lesson stands twice; only the last is read"},
@@ -36,6 +36,7 @@ constexpr std::array<FindingKind, 25> kCatalogue = {{
     {"P05", W, "a property name stands twice in one bag; only the last is read"},
     {"P06", W, "an asset names no file"},
     {"P07", W, "a property has no name"},
+    {"P08", W, "a number or date reads as 0 though its text is not empty"},
 }};
 
 }  // namespace

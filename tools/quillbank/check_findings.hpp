@@ -49,6 +49,10 @@ private:
 // Returns the storyboard identifiers the file holds, lower-cased.
 std::set<std::string> CheckDocument(const xml::Document& document, Findings& findings);
 
+// P08: a number or date property (`place`) whose text is not empty but reads
+// as 0 or the zero date in the regional setting in use.
+void CheckZeroReading(const xml::Element& property, const std::string& place, Findings& findings);
+
 // What the lesson as read shows: maps and their items, storyboards in no
 // map, titles, locations and assets. A storyboard whose identifier is not
 // among `fileSbids` got it from the reader (S04 reports it) and is left out

@@ -11,6 +11,7 @@
 #include <quillbank/functions.hpp>
 
 #include "commands.hpp"
+#include "regional_option.hpp"
 #include "tool_error.hpp"
 
 using namespace quillbank::tool;
@@ -21,6 +22,10 @@ int main(int argc, char** argv) {
                      "quillbank"};
     program.require_subcommand(1);
     program.set_version_flag("--version", "quillbank " + quillbank::Functions::OCXVersion());
+    std::string locale = RegionalSettingFromEnvironment();
+    program.add_option("--locale", locale,
+                       "Regional setting that numbers and dates are read in, e.g. de-DE (default: from LANG, else en-US)")
+        ->capture_default_str();
     program.footer("Exit status: 0 done, 1 findings (check) or differences (diff), 2 failure.");
 
     std::vector<Command> commands = {
@@ -45,6 +50,13 @@ int main(int argc, char** argv) {
             return kExitFailure;
         }
         std::cerr << "quillbank: " << e.what() << " (see quillbank --help)\n";
+        return kExitFailure;
+    }
+
+    try {
+        quillbank::Functions::SetRegionalSettings(locale);
+    } catch (const quillbank::Error& e) {
+        std::cerr << "quillbank: --locale: " << e.Description() << '\n';
         return kExitFailure;
     }
 
