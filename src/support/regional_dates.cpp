@@ -4,7 +4,6 @@
 
 #ifndef _WIN32
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <vector>
@@ -71,8 +70,8 @@ bool Tokenize(std::string_view text, const RegionalForms& forms, std::vector<Tok
     c.SkipSpaces();
     // "/", "-" and "." part two fields: the text neither starts nor ends with one.
     std::string_view trimmed = c.Rest();
-    while (std::size_t n = SpaceLength(trimmed.substr(trimmed.size() - std::min<std::size_t>(trimmed.size(), 1)))) {
-        trimmed.remove_suffix(n);
+    while (!trimmed.empty() && (trimmed.back() == ' ' || trimmed.back() == '\t')) {
+        trimmed.remove_suffix(1);
     }
     if (trimmed.empty()) return false;
     for (char edge : {trimmed.front(), trimmed.back()}) {

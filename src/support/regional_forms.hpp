@@ -29,9 +29,9 @@ struct RegionalForms {
     DateOrder dateOrder = DateOrder::MonthDayYear;
     // The separator of the fields of a short date ("/", "." or "-").
     std::string dateSeparator = "/";
-    // Case-folded month names (index 0 is January), the setting's own
-    // language first, then English; wide and abbreviated forms, with and
-    // without a closing full stop.
+    // Case-folded month names with their month (0 is January), the setting's
+    // own language first, then English; wide and abbreviated forms, kept
+    // without a closing full stop (the reader takes one after any name).
     std::vector<std::pair<std::string, int>> monthNames;
     // Case-folded names of the days of the week, which a date may carry and
     // which are otherwise ignored.

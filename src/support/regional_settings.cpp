@@ -70,12 +70,12 @@ void AddNames(RegionalForms& forms, const icu::Locale& locale) {
             std::int32_t count = 0;
             const icu::UnicodeString* months = symbols.getMonths(count, context, width);
             for (std::int32_t i = 0; i < count && i < 12; ++i) {
-                std::vector<std::string> names;
-                AddName(names, months[i]);
-                for (auto& n : names) {
+                std::vector<std::string> folded;
+                AddName(folded, months[i]);
+                for (auto& name : folded) {
                     const bool known = std::any_of(forms.monthNames.begin(), forms.monthNames.end(),
-                                                   [&](const auto& entry) { return entry.first == n; });
-                    if (!known) forms.monthNames.emplace_back(std::move(n), i);
+                                                   [&](const auto& entry) { return entry.first == name; });
+                    if (!known) forms.monthNames.emplace_back(std::move(name), i);
                 }
             }
             const icu::UnicodeString* days = symbols.getWeekdays(count, context, width);
