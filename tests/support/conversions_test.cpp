@@ -1,3 +1,5 @@
+#include <quillbank/functions.hpp>
+
 #include "support/conversions.hpp"
 
 #include <gtest/gtest.h>
@@ -43,7 +45,8 @@ TEST(VariantToDouble, ConvertsOrFallsBack) {
     EXPECT_EQ(VariantToDouble(std::string("1e-05"), 0), 1e-5);
     EXPECT_EQ(VariantToDouble(std::string(".5"), 0), 0.5);
     EXPECT_EQ(VariantToDouble(std::string("inf"), 9), 9);
-    // In the default "en-US" setting the comma groups digits, as the platform reads it.
+    // In "en-US" the comma groups digits, as the platform reads it.
+    Functions::SetRegionalSettings("en-US");
     EXPECT_EQ(VariantToDouble(std::string("1,5"), 9), 15);
     EXPECT_EQ(VariantToDouble(std::string("1,5x"), 9), 9);
     EXPECT_EQ(VariantToDouble(std::string("1.5x"), 9), 9);
@@ -128,6 +131,7 @@ TEST(TextToDate, RejectsWhatIsNotADate) {
 }
 
 TEST(TextToDate, FallsBackAsThePlatformDoes) {
+    Functions::SetRegionalSettings("en-US");
     // Impossible month first: day first, then year first with the fields swapped.
     EXPECT_EQ(DateToText(*TextToDate("13/1/2023")), "2023-01-13");
     EXPECT_EQ(DateToText(*TextToDate("2023-13-01")), "2023-01-13");
