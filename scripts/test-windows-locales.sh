@@ -7,7 +7,7 @@
 # Needs the windows preset's support_tests (cmake --build --preset windows --target support_tests).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-export WINEPREFIX="${WINEPREFIX:-$PWD/build/wineprefix-locale}" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+export WINEPREFIX="${QUILLBANK_LOCALE_PREFIX:-$PWD/build/wineprefix-locale}" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 wine="${WINE:-/usr/lib/wine/wine64}"
 [ -f "$WINEPREFIX/system.reg" ] || timeout 600 "$wine" wineboot -i
 status=0
