@@ -11,6 +11,7 @@
 #   STATUS      the expected exit status
 #   STDOUT      expected standard output: a file of DATA/expected ("" means empty)
 #   STDOUT_MATCHES  or a regular expression standard output must match
+#   LANG        the LANG the program runs with ("C" when not given)
 #   STDERR      expected standard error: a file of DATA/expected ("" means empty)
 #   OUTPUT      a file the run writes in WORK, compared with EXPECT_OUTPUT
 #   EXPECT_OUTPUT  a file of DATA/expected, compared after masking, and its
@@ -40,9 +41,13 @@ foreach(input IN LISTS INPUTS)
 endforeach()
 
 # The regional setting comes from the environment unless --locale names one:
-# every case runs in the default one.
-set(ENV{LC_ALL} "C")
-set(ENV{LANG} "C")
+# every case runs in the default one unless it names a LANG.
+set(ENV{LC_ALL} "")
+if(LANG)
+  set(ENV{LANG} "${LANG}")
+else()
+  set(ENV{LANG} "C")
+endif()
 
 set(stdin_option)
 if(STDIN)
