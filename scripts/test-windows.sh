@@ -102,6 +102,12 @@ for bits in "${bitnesses[@]}"; do
   done
 done
 
+# Reading in the user's regional setting, once per table locale (64-bit, the
+# machine's own Wine in a prefix of its own).
+if [[ " ${bitnesses[*]} " == *" 64 "* ]]; then
+  run_suite "regional settings" scripts/test-windows-locales.sh
+fi
+
 # Registration in a prefix of its own: both scopes, failures rolled back,
 # both servers side by side (needs both bitnesses built).
 # The package: unpacked, installed, used and uninstalled in a fresh prefix.

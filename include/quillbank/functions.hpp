@@ -10,7 +10,8 @@ namespace quillbank {
 
 // The library's global utility object: where and in which version the
 // library is installed, GUID texts, colour conversion, records with defaults,
-// and XML text clean-up and pretty-printing. It holds no state.
+// XML text clean-up and pretty-printing, and the regional setting that
+// reading follows (its only state).
 class Functions {
 public:
     Functions() = delete;
@@ -41,6 +42,15 @@ public:
                                         std::string_view MapName = "");
     static Rectangle NewRectangle(std::int32_t Left = 0, std::int32_t Top = 0, std::int32_t Width = 0,
                                   std::int32_t Height = 0);
+
+    // The regional setting that every reading of text as a number, a boolean
+    // or a date follows, as a language tag: "de-DE" reads "1.000,5" as 1000.5
+    // and "15.01.2024" as a date. The forms the library writes read the same
+    // in every setting. The default is "en-US"; the Windows build starts from
+    // the user's own setting and reads with the platform's conversions.
+    // A name that is not a known setting raises error 380.
+    static void SetRegionalSettings(std::string_view Name);
+    static std::string RegionalSettings();
 
     // Removes the control characters U+0000..U+0019 other than TAB, LF and CR.
     static std::string CleanXMLString(std::string_view XMLString);

@@ -12,6 +12,11 @@ void BindFunctions(py::module_& module) {
                           "GUID texts, colour conversion, records with defaults, XML text clean-up.")
         .def_static("ocx_path", &Functions::OCXPath, "The folder of the loaded library file.")
         .def_static("ocx_version", &Functions::OCXVersion, "\"Major.Minor (Build rrrr)\" and any version comments.")
+        .def_static("set_regional_settings", &Functions::SetRegionalSettings, py::arg("name"),
+                    "Chooses the regional setting (\"de-DE\") in which numbers, booleans and dates that are not in "
+                    "the library's own written forms are read; raises Error 380 for an unknown name.")
+        .def_static("regional_settings", &Functions::RegionalSettings,
+                    "The regional setting reading conversions use now (\"en-US\" unless one was chosen).")
         .def_static("ocx_filename", &Functions::OCXFilename, "The full path of the loaded library file.")
         .def_static("new_guid", &Functions::NewGUID, "A new GUID: 36 upper-case characters, no braces.")
         .def_static("empty_guid", &Functions::EmptyGUID, "\"00000000-0000-0000-0000-000000000000\".")

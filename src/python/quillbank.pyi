@@ -322,6 +322,12 @@ class Functions:
     def ocx_version() -> str:
         """"Major.Minor (Build rrrr)" and any version comments."""
     @staticmethod
+    def set_regional_settings(name: str) -> None:
+        """Chooses the regional setting ("de-DE") in which numbers, booleans and dates that are not in the library's own written forms are read; raises Error 380 for an unknown name."""
+    @staticmethod
+    def regional_settings() -> str:
+        """The regional setting reading conversions use now ("en-US" unless one was chosen)."""
+    @staticmethod
     def ocx_filename() -> str:
         """The full path of the loaded library file."""
     @staticmethod

@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "support/regional_settings.hpp"
+
 namespace quillbank::support {
 
 namespace {
@@ -70,9 +72,7 @@ std::optional<std::int32_t> RadixToLong(std::string_view text) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
 }
 
-}  // namespace
-
-std::optional<double> TextToDouble(std::string_view text) {
+std::optional<double> InvariantTextToDouble(std::string_view text) {
     text = Trim(text);
     if (text.empty()) {
         return std::nullopt;
@@ -109,6 +109,19 @@ std::optional<double> TextToDouble(std::string_view text) {
         return std::nullopt;
     }
     return negative ? -value : value;
+}
+
+}  // namespace
+
+std::optional<double> TextToDouble(std::string_view text) {
+    if (auto value = InvariantTextToDouble(text)) {
+        return value;
+    }
+    // Hexadecimal and octal forms are the same in every setting.
+    if (const auto trimmed = Trim(text); !trimmed.empty() && trimmed[0] == '&') {
+        return std::nullopt;
+    }
+    return RegionalTextToDouble(text);
 }
 
 std::optional<std::int32_t> TextToLong(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "support/conversions.hpp"
+#include "support/regional_settings.hpp"
 
 namespace quillbank::support {
 
@@ -125,16 +126,8 @@ std::optional<std::int64_t> ParseTime(Cursor& c) {
     return static_cast<std::int64_t>(hour) * 3600 + *mi * 60 + s;
 }
 
-std::int64_t ExpandYear(unsigned year, int digits) {
-    if (digits <= 2) {
-        return year < 30 ? 2000 + year : 1900 + year;
-    }
-    return year;
-}
-
-}  // namespace
-
-std::optional<Date> TextToDate(std::string_view text) {
+// The forms the library writes: "YYYY-MM-DD[ hh:mm[:ss]]" and "hh:mm[:ss]".
+std::optional<Date> InvariantTextToDate(std::string_view text) {
     Cursor c{text};
     c.SkipSpaces();
     const std::size_t start = c.pos;
@@ -151,16 +144,6 @@ std::optional<Date> TextToDate(std::string_view text) {
         const auto d = c.Number(2);
         if (!d || firstDigits != 4 || !ValidDate(*first, *m, *d)) return std::nullopt;
         day = DaysFromCivil(*first, *m, *d) + kEpochOffset;
-    } else if (c.Take('/')) {
-        // M/D/YYYY
-        const auto d = c.Number(2);
-        if (!d || !c.Take('/')) return std::nullopt;
-        int yearDigits = 0;
-        const auto y = c.Number(4, &yearDigits);
-        if (!y || yearDigits == 3) return std::nullopt;
-        const std::int64_t year = ExpandYear(*y, yearDigits);
-        if (!ValidDate(year, *first, *d)) return std::nullopt;
-        day = DaysFromCivil(year, *first, *d) + kEpochOffset;
     } else {
         // A time alone.
         c.pos = start;
@@ -182,6 +165,22 @@ std::optional<Date> TextToDate(std::string_view text) {
         if (!c.AtEnd()) return std::nullopt;
     }
     return MakeDate(*day, seconds);
+}
+
+}  // namespace
+
+std::optional<Date> CalendarDate(std::int64_t year, unsigned month, unsigned day, std::int64_t seconds) {
+    if (!ValidDate(year, month, day)) return std::nullopt;
+    return MakeDate(DaysFromCivil(year, month, day) + kEpochOffset, seconds);
+}
+
+Date TimeOfDay(std::int64_t seconds) { return MakeDate(0, seconds); }
+
+std::optional<Date> TextToDate(std::string_view text) {
+    if (auto date = InvariantTextToDate(text)) {
+        return date;
+    }
+    return RegionalTextToDate(text);
 }
 
 std::string DateToText(Date value) {

@@ -1,10 +1,12 @@
 #include <quillbank/functions.hpp>
+#include <quillbank/error.hpp>
 #include <quillbank/xml.hpp>
 
 #include "support/color.hpp"
 #include "support/guid.hpp"
 #include "support/make_records.hpp"
 #include "support/module_info.hpp"
+#include "support/regional_settings.hpp"
 #include "support/text.hpp"
 
 #ifndef QUILLBANK_VERSION_MAJOR
@@ -45,6 +47,15 @@ std::string Functions::EmptyGUID() { return support::EmptyGUIDString(); }
 OleColor Functions::HTMLColorToOLEColor(std::string_view Color) { return support::HTMLToOLEColor(Color); }
 
 std::string Functions::OLEColorToHTMLColor(OleColor Color) { return support::OLEColorToHTML(Color); }
+
+void Functions::SetRegionalSettings(std::string_view Name) {
+    if (!support::SelectRegionalSetting(Name)) {
+        throw Error(ErrInvalidArgument, "Functions.SetRegionalSettings",
+                    "'" + std::string(Name) + "' is not a known regional setting; give a language tag such as 'en-US'.");
+    }
+}
+
+std::string Functions::RegionalSettings() { return support::CurrentRegionalSetting(); }
 
 AssetData Functions::NewAssetData(std::string_view Filename, std::string_view Description, std::string_view Source) {
     return support::MakeAssetData(Filename, Description, Source);

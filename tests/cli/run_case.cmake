@@ -11,6 +11,7 @@
 #   STATUS      the expected exit status
 #   STDOUT      expected standard output: a file of DATA/expected ("" means empty)
 #   STDOUT_MATCHES  or a regular expression standard output must match
+#   LANG        the LANG the program runs with ("C" when not given)
 #   STDERR      expected standard error: a file of DATA/expected ("" means empty)
 #   STDERR_MATCHES  or a regular expression standard error must match
 #   SCRIPT      a shell script run (by sh, in WORK, with the program in $QB)
@@ -41,6 +42,15 @@ file(MAKE_DIRECTORY "${WORK}")
 foreach(input IN LISTS INPUTS)
   file(COPY "${DATA}/${input}" DESTINATION "${WORK}")
 endforeach()
+
+# The regional setting comes from the environment unless --locale names one:
+# every case runs in the default one unless it names a LANG.
+set(ENV{LC_ALL} "")
+if(LANG)
+  set(ENV{LANG} "${LANG}")
+else()
+  set(ENV{LANG} "C")
+endif()
 
 set(stdin_option)
 if(STDIN)

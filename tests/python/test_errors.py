@@ -66,3 +66,22 @@ def test_tree_errors() -> None:
     with pytest.raises(quillbank.TreeError) as raised:
         tree.add(None, quillbank.tvwLast, "k", "again")
     assert raised.value.number == 35602
+
+
+def test_regional_setting_is_chosen_and_an_unknown_one_refused() -> None:
+    assert quillbank.Functions.regional_settings() == "en-US"
+    bag = quillbank.PersistedPropertyCollection()
+    bag.from_xml_string('<ppc name=""><floatProp name="f" value="1,5"/></ppc>')
+    assert bag.get_double("f", 0.0) == 15.0
+    try:
+        quillbank.Functions.set_regional_settings("de-DE")
+        assert quillbank.Functions.regional_settings() == "de-DE"
+        bag.from_xml_string('<ppc name=""><floatProp name="f" value="1,5"/></ppc>')
+        assert bag.get_double("f", 0.0) == 1.5
+        with pytest.raises(quillbank.InvalidArgumentError) as caught:
+            quillbank.Functions.set_regional_settings("xx-YY")
+        assert caught.value.number == 380
+        assert caught.value.source == "Functions.SetRegionalSettings"
+        assert quillbank.Functions.regional_settings() == "de-DE"
+    finally:
+        quillbank.Functions.set_regional_settings("en-US")

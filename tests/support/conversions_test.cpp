@@ -1,3 +1,5 @@
+#include <quillbank/functions.hpp>
+
 #include "support/conversions.hpp"
 
 #include <gtest/gtest.h>
@@ -43,7 +45,10 @@ TEST(VariantToDouble, ConvertsOrFallsBack) {
     EXPECT_EQ(VariantToDouble(std::string("1e-05"), 0), 1e-5);
     EXPECT_EQ(VariantToDouble(std::string(".5"), 0), 0.5);
     EXPECT_EQ(VariantToDouble(std::string("inf"), 9), 9);
-    EXPECT_EQ(VariantToDouble(std::string("1,5"), 9), 9);
+    // In "en-US" the comma groups digits, as the platform reads it.
+    Functions::SetRegionalSettings("en-US");
+    EXPECT_EQ(VariantToDouble(std::string("1,5"), 9), 15);
+    EXPECT_EQ(VariantToDouble(std::string("1,5x"), 9), 9);
     EXPECT_EQ(VariantToDouble(std::string("1.5x"), 9), 9);
     EXPECT_EQ(VariantToDouble(std::nullopt, 9), 9);
 }
@@ -119,10 +124,18 @@ TEST(TextToDate, ReadsWrittenAndPlatformForms) {
 }
 
 TEST(TextToDate, RejectsWhatIsNotADate) {
-    for (const char* bad : {"", "x", "2023-02-30", "2023-13-01", "13/1/2023", "25:00", "12:60", "2023-03-15 x",
-                            "45000", "1/2/345"}) {
+    for (const char* bad : {"", "x", "2023-02-30", "25:00", "12:60", "2023-03-15 x", "45000", "1/2/", "-1/2/2023",
+                            "Feb 29 2023"}) {
         EXPECT_FALSE(TextToDate(bad).has_value()) << bad;
     }
+}
+
+TEST(TextToDate, FallsBackAsThePlatformDoes) {
+    Functions::SetRegionalSettings("en-US");
+    // Impossible month first: day first, then year first with the fields swapped.
+    EXPECT_EQ(DateToText(*TextToDate("13/1/2023")), "2023-01-13");
+    EXPECT_EQ(DateToText(*TextToDate("2023-13-01")), "2023-01-13");
+    EXPECT_EQ(DateToText(*TextToDate("1/2/345")), "0345-01-02");
 }
 
 TEST(DateToText, RoundTripsToTheSecond) {

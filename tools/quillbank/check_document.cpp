@@ -287,6 +287,7 @@ void DocumentChecker::Property(const xml::Element& property, Frame& frame, bool 
     if (!seen.Insert(name)) {
         findings_.Add("P05", pathOf(), "the name stands twice in this bag (letter case ignored); only the last is read");
     }
+    CheckZeroReading(property, pathOf, findings_);
 
     if (lower == "stringprop") {
         SplitText(property, pathOf);

@@ -10,7 +10,7 @@ namespace {
 constexpr auto E = Severity::Error;
 constexpr auto W = Severity::Warning;
 
-constexpr std::array<FindingKind, 32> kCatalogue = {{
+constexpr std::array<FindingKind, 33> kCatalogue = {{
     {"L01", W, "the lesson's title is empty"},
     {"L02", E, "the lesson element has no lesson identifier", true},
     {"L03", W, "a part of the lesson stands twice; only the last is read", true},
@@ -36,6 +36,7 @@ constexpr std::array<FindingKind, 32> kCatalogue = {{
     {"P05", W, "a property name stands twice in one bag; only the last is read", true},
     {"P06", W, "an asset names no file"},
     {"P07", W, "a property has no name"},
+    {"P08", W, "a number or date reads as 0 though its text is not empty"},
     {"R01", W, "the reader skips an element it does not know", true},
     {"R02", W, "a string value is split by a comment, CDATA or an element; only the first text is read", true},
     {"R03", E, "a bag or list is nested deeper than the reader's limit; the reader drops it", true},

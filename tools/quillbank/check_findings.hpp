@@ -5,6 +5,7 @@
 
 #include <set>
 #include <span>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,11 @@ private:
 // property names that stand twice in one bag.
 // Returns the storyboard identifiers the file holds, lower-cased.
 std::set<std::string> CheckDocument(const xml::Document& document, Findings& findings);
+
+// P08: a number or date property (at the place `placeOf` gives) whose text is not empty but reads
+// as 0 or the zero date in the regional setting in use.
+void CheckZeroReading(const xml::Element& property, const std::function<std::string()>& placeOf,
+                      Findings& findings);
 
 // What the lesson as read shows: maps and their items, storyboards in no
 // map, titles, locations and assets. A storyboard whose identifier is not

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include <quillbank/functions.hpp>
 #include <quillbank/lesson.hpp>
 
 #include "bag_walk.hpp"
@@ -85,7 +86,8 @@ std::string Info(const InputFile& input, const Lesson& lesson) {
         << " in all (storyboards, child elements and nested bags and lists included)\n"
         << "storyboards:     " << lesson.Storyboards()->Count() << '\n'
         << "child elements:  " << childElements << '\n'
-        << "maps:            " << lesson.Maps()->Count() << '\n';
+        << "maps:            " << lesson.Maps()->Count() << '\n'
+        << "read as:         " << Functions::RegionalSettings() << " (numbers and dates; see --locale)\n";
     auto maps = lesson.Maps();
     auto defaultMap = DefaultOrFirstMap(lesson);
     for (std::int32_t i = 0; i < maps->Count(); ++i) {

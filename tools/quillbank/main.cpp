@@ -16,6 +16,7 @@
 #include "lesson_file.hpp"
 #include "signal_cleanup.hpp"
 #include "usage_error.hpp"
+#include "regional_option.hpp"
 #include "tool_error.hpp"
 
 using namespace quillbank::tool;
@@ -26,6 +27,10 @@ int main(int argc, char** argv) {
                      "quillbank"};
     program.require_subcommand(1);
     program.set_version_flag("--version", "quillbank " + quillbank::Functions::OCXVersion());
+    std::string locale = RegionalSettingFromEnvironment();
+    program.add_option("--locale", locale,
+                       "Regional setting that numbers and dates are read in, e.g. de-DE (default: from LANG, else en-US)")
+        ->capture_default_str();
     program.footer("Exit status: 0 done, 1 findings (check) or differences (diff), 2 failure.");
     program.fallthrough();
     std::uint64_t maxSize = kDefaultMaxInputSize;
@@ -56,6 +61,12 @@ int main(int argc, char** argv) {
 
     SetMaxInputSize(maxSize);
     InstallSignalCleanup();
+    try {
+        quillbank::Functions::SetRegionalSettings(locale);
+    } catch (const quillbank::Error& e) {
+        std::cerr << "quillbank: --locale: " << e.Description() << '\n';
+        return kExitFailure;
+    }
 
     for (const auto& command : commands) {
         if (!command.app->parsed()) {
