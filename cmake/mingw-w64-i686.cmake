@@ -3,24 +3,14 @@
 # the same as the x64 one; only the pointer size and the calling convention
 # of the platform differ (every COM method and export is __stdcall, exported
 # without decoration through src/com/Quillbank.def).
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
-
 set(QUILLBANK_MINGW_PREFIX i686-w64-mingw32)
-set(CMAKE_C_COMPILER ${QUILLBANK_MINGW_PREFIX}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${QUILLBANK_MINGW_PREFIX}-g++-posix)
-set(CMAKE_RC_COMPILER ${QUILLBANK_MINGW_PREFIX}-windres)
-set(QUILLBANK_WIDL ${QUILLBANK_MINGW_PREFIX}-widl)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64-common.cmake)
+
 # The type library is written for 32-bit Windows, importing the 32-bit
 # stdole2.tlb and msxml3.dll that lie beside the 32-bit Wine DLLs: the
 # machine's own wine32:i386, or the private root of scripts/wine-root.sh.
 set(QUILLBANK_WIDL_TARGET --win32)
 set(QUILLBANK_WINE_DLLS_SUBDIR i386-linux-gnu/wine/i386-windows)
-
-set(CMAKE_FIND_ROOT_PATH /usr/${QUILLBANK_MINGW_PREFIX})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Programs built here run under 32-bit Wine (scripts/test-windows.sh).

@@ -1,23 +1,13 @@
 # Cross-building the Windows in-process server with Debian's MinGW-w64
 # (g++-mingw-w64-x86-64-posix): x86_64-w64-mingw32, posix threads.
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-
 set(QUILLBANK_MINGW_PREFIX x86_64-w64-mingw32)
-set(CMAKE_C_COMPILER ${QUILLBANK_MINGW_PREFIX}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${QUILLBANK_MINGW_PREFIX}-g++-posix)
-set(CMAKE_RC_COMPILER ${QUILLBANK_MINGW_PREFIX}-windres)
-set(QUILLBANK_WIDL ${QUILLBANK_MINGW_PREFIX}-widl)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64-common.cmake)
+
 # The type library is written for 64-bit Windows, importing the stdole2.tlb
 # and msxml3.dll of the 64-bit Wine DLLs.
 set(QUILLBANK_WIDL_TARGET --win64)
 set(QUILLBANK_WINE_DLLS_SUBDIR x86_64-linux-gnu/wine/x86_64-windows)
-
-set(CMAKE_FIND_ROOT_PATH /usr/${QUILLBANK_MINGW_PREFIX})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Programs built here run under Wine.
 set(CMAKE_CROSSCOMPILING_EMULATOR /usr/lib/wine/wine64)
