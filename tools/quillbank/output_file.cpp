@@ -63,10 +63,14 @@ std::optional<int> NamedDescriptor(const std::string& path) {
 }
 
 // The path with every symbolic link along its last part followed, also to a
-// file that does not exist yet.
+// file that does not exist yet. Following stops at a path that names a
+// descriptor: what such a link holds ("pipe:[...]") is no path.
 std::string FollowLinks(const std::string& path) {
     std::string current = path;
     for (int hops = 0; hops < 40; ++hops) {
+        if (NamedDescriptor(current)) {
+            return current;
+        }
         struct stat status {};
         if (::lstat(current.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) {
             return current;
@@ -131,14 +135,14 @@ void WriteOutput(const std::string& path, std::string_view bytes) {
         WriteToStandardOutput(bytes);
         return;
     }
-    if (auto fd = NamedDescriptor(path)) {
+    const std::string target = FollowLinks(path);
+    if (auto fd = NamedDescriptor(target)) {
         if (*fd == 1) {
             std::fflush(stdout);
         }
         WriteAllTo(*fd, bytes, path + ": cannot write: ");
         return;
     }
-    const std::string target = FollowLinks(path);
     struct stat status {};
     std::optional<struct stat> existing;
     if (::stat(target.c_str(), &status) == 0) {
