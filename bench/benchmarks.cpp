@@ -22,6 +22,7 @@
 
 #include <quillbank/quillbank.hpp>
 
+#include "collecting_reporter.hpp"
 #include "lesson_generator.hpp"
 #include "memory_counter.hpp"
 
@@ -300,25 +301,7 @@ BENCHMARK(BagGet)->Arg(10)->Arg(10000);
 BENCHMARK(StoryboardLookups)->Arg(bench::kSmallLesson)->Arg(bench::kMediumLesson)->Arg(bench::kLargeLesson);
 BENCHMARK(MapInsertStoryboard)->Apply(LessonSizes);
 
-// Forwards to the console and keeps each run's time per iteration.
-class CollectingReporter final : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& reports) override {
-        for (const Run& run : reports) {
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-                times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-                if (auto peak = run.counters.find("peak_heap"); peak != run.counters.end()) {
-                    peaks[run.benchmark_name()] = peak->second.value;
-                }
-            }
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-    std::map<std::string, double> times;
-    std::map<std::string, double> peaks;
-};
-
-void PrintSummary(const CollectingReporter& reporter) {
+void PrintSummary(const bench::CollectingReporter& reporter) {
     auto time = [&](const std::string& name, int size) -> double {
         auto found = reporter.times.find(name + "/" + std::to_string(size));
         return found == reporter.times.end() ? 0.0 : found->second;
@@ -374,7 +357,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
-    CollectingReporter reporter;
+    bench::CollectingReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     PrintSummary(reporter);
     benchmark::Shutdown();

@@ -16,6 +16,7 @@
 #include <quillbank/json.hpp>
 #include <quillbank/quillbank.hpp>
 
+#include "collecting_reporter.hpp"
 #include "lesson_generator.hpp"
 
 namespace {
@@ -92,20 +93,7 @@ BENCHMARK(ToJSON)->Apply(LessonSizes);
 BENCHMARK(FromXMLString)->Apply(LessonSizes);
 BENCHMARK(FromJSON)->Apply(LessonSizes);
 
-class CollectingReporter final : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& reports) override {
-        for (const Run& run : reports) {
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-                times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-            }
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-    std::map<std::string, double> times;
-};
-
-void PrintSummary(const CollectingReporter& reporter) {
+void PrintSummary(const bench::CollectingReporter& reporter) {
     auto time = [&](const char* name, int size) -> double {
         auto found = reporter.times.find(std::string(name) + "/" + std::to_string(size));
         return found == reporter.times.end() ? 0.0 : found->second;
@@ -135,7 +123,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
-    CollectingReporter reporter;
+    bench::CollectingReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     PrintSummary(reporter);
     benchmark::Shutdown();

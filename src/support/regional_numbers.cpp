@@ -57,31 +57,27 @@ std::optional<double> ParseRegionalNumber(std::string_view text, const RegionalF
     }
     std::string number;
     bool anyDigit = false;
-    while (!c.AtEnd()) {
-        if (IsDigit(c.Peek())) {
-            number.push_back(c.Peek());
-            c.Advance(1);
-            anyDigit = true;
-        } else if (anyDigit && !forms.groupingSeparator.empty() && c.Take(forms.groupingSeparator)) {
-        } else if (anyDigit && spaceGrouping && c.SpaceAhead() && c.DigitAfterSpace()) {
-            c.SkipSpaces();
-        } else {
-            break;
-        }
-    }
-    // Grouping separators are passed over in the fraction too, as the platform does.
-    if (c.Take(forms.decimalSeparator)) {
-        number.push_back('.');
+    // Digits with the grouping separators between them passed over; in the
+    // integer part, where the locale groups with a space, spaces too.
+    auto takeDigits = [&](bool spacesGroup) {
         while (!c.AtEnd()) {
             if (IsDigit(c.Peek())) {
                 number.push_back(c.Peek());
                 c.Advance(1);
                 anyDigit = true;
             } else if (anyDigit && !forms.groupingSeparator.empty() && c.Take(forms.groupingSeparator)) {
+            } else if (anyDigit && spacesGroup && c.SpaceAhead() && c.DigitAfterSpace()) {
+                c.SkipSpaces();
             } else {
                 break;
             }
         }
+    };
+    takeDigits(spaceGrouping);
+    // Grouping separators are passed over in the fraction too, as the platform does.
+    if (c.Take(forms.decimalSeparator)) {
+        number.push_back('.');
+        takeDigits(false);
     }
     if (!anyDigit) return std::nullopt;
     if (!c.AtEnd() && (c.Peek() == 'e' || c.Peek() == 'E')) {
