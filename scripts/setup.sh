@@ -16,7 +16,7 @@ packages=(
   libxml2-utils bc time
   libgtest-dev libgmock-dev libbenchmark-dev
   # The JSON form, and the Python module with its tests and type checks.
-  nlohmann-json3-dev pybind11-dev python3-dev python3-pytest python3-mypy python3-jsonschema
+  nlohmann-json3-dev libsimdjson-dev pybind11-dev python3-dev python3-pytest python3-mypy python3-jsonschema
   # The Windows build: the MinGW-w64 cross compiler, widl for the type
   # library, the IDL files widl imports, Wine to run the tests, and
   # GoogleTest's sources to cross-compile the core suite.

@@ -1,8 +1,9 @@
 #pragma once
 
 // How deep the arrays and objects of a JSON text nest, found by one pass over
-// the bytes before the text is parsed, so that no parse or walk ever meets a
-// deeper nest than the reader allows.
+// the bytes of a text that simdjson refused, before nlohmann-json parses it,
+// so that no parse or walk ever meets a deeper nest than the reader allows
+// and the error names the byte that opens the level past the limit.
 
 #include <cstddef>
 #include <cstdint>
