@@ -79,7 +79,7 @@ run_suite() {
 # time limit is reported and passes; a program that reports an error fails.
 run_benchmarks() {
   local bits="$1" build="$2" status lesson output
-  echo "--- Benchmarks of the $bits-bit build under Wine (wall time per run)"
+  echo "--- Benchmarks of the $bits-bit build under Wine (time per run)"
   status=0
   timeout 120 "${wine[@]}" "$(windows_path "$build/bench/quillbank_steady_benchmarks.exe")" \
     --sizes=100 --min-time=0.2 2>&1 | tr -d '\r' || status=$?
