@@ -14,6 +14,11 @@
 # as hosts import them, against tests/com/type_library_members.txt), and the
 # core suites cross-compiled against the MSXML backend (without the tests
 # named in tests/com/wine_differences.txt).
+# After the suites, a short benchmark run of each bitness prints figures (the
+# core operations on the generated lesson of 100 storyboards, then the same
+# lesson and a bag of encoded properties through the COM server from
+# cscript); it fails the run only when a program reports an error, never for
+# its time (docs/performance.md has the full runs).
 # Then scripts/test-type-library-patch.sh checks the build's type-library
 # patch, scripts/test-registration.sh registration in a prefix of its own,
 # and scripts/test-package-windows.sh the package (scripts/package-windows.sh).
@@ -29,7 +34,8 @@ bitnesses=(64 32)
 if [ $# -gt 0 ]; then bitnesses=("$@"); fi
 
 core_suites=(frame support xml properties elements storyboards maps lesson)
-targets=(QuillbankServer early_binding_client type_library_test registration_test regfree_host)
+targets=(QuillbankServer early_binding_client type_library_test registration_test regfree_host
+  quillbank_steady_benchmarks)
 for suite in "${core_suites[@]}"; do targets+=("${suite}_tests"); done
 
 scripts/wine-root.sh make
@@ -69,6 +75,36 @@ run_suite() {
   fi
 }
 
+# The short benchmark run of one bitness: figures only. A run cut by its
+# time limit is reported and passes; a program that reports an error fails.
+run_benchmarks() {
+  local bits="$1" build="$2" status lesson output
+  echo "--- Benchmarks of the $bits-bit build under Wine (time per run)"
+  status=0
+  timeout 120 "${wine[@]}" "$(windows_path "$build/bench/quillbank_steady_benchmarks.exe")" \
+    --sizes=100 --min-time=0.2 2>&1 | tr -d '\r' || status=$?
+  lesson="$build/bench/lesson-100.txt"
+  if [ "$status" -eq 0 ]; then
+    timeout 60 "${wine[@]}" "$(windows_path "$build/bench/quillbank_steady_benchmarks.exe")" \
+      "--save-lesson=100,$(windows_path "$lesson")" || status=$?
+  fi
+  if [ "$status" -eq 0 ]; then
+    # The script ends with the suite sentinel when every operation ran.
+    output="$(timeout 120 "${wine[@]}" "$(system_folder "$bits")\\cscript.exe" //nologo \
+      "$(windows_path bench/com_benchmarks.js)" "$(windows_path "$lesson")" 0.2 2>&1 | tr -d '\r')" || status=$?
+    printf '%s\n' "$output" | grep -vx 'END-OF-SUITE' || true
+    if [ "$status" -eq 0 ] && ! printf '%s\n' "$output" | grep -qx 'END-OF-SUITE'; then
+      status=1
+    fi
+  fi
+  if [ "$status" -eq 124 ]; then
+    echo "(the $bits-bit benchmark run reached its time limit)"
+  elif [ "$status" -ne 0 ]; then
+    echo "FAILED: the $bits-bit benchmark run (exit $status)"
+    failed=1
+  fi
+}
+
 skipped="$(sed -e '/^#/d' -e 's/ # .*//' -e '/^$/d' tests/com/wine_differences.txt | paste -sd: -)"
 for bits in "${bitnesses[@]}"; do
   build="$(build_folder "$bits")"
@@ -100,6 +136,8 @@ for bits in "${bitnesses[@]}"; do
       echo "PASSED: core suite $suite under Wine ($bits-bit)"
     fi
   done
+
+  run_benchmarks "$bits" "$build"
 done
 
 # Reading in the user's regional setting, once per table locale (64-bit, the

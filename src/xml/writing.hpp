@@ -2,9 +2,8 @@
 
 // The two ends of the model's writers: the elements that a writer function
 // writes into a caller's document, and the string forms, the "xml" text of
-// what it writes. The pugixml build writes the text directly; the Windows
-// build writes the elements into a new MSXML document and asks for their
-// "xml", so that all its XML work stays inside MSXML.
+// what it writes, written directly (TextWriter), byte for byte the "xml" of
+// the elements either backend would build.
 
 #include <string>
 #include <utility>
@@ -25,17 +24,9 @@ Element WriteElementIn(Document document, Write&& write) {
 
 template <class Write>
 std::string WriteString(Write&& write) {
-    if constexpr (kWritesTextDirectly) {
-        TextWriter writer;
-        std::forward<Write>(write)(writer);
-        return std::move(writer.Out());
-    } else {
-        Document document = Document::Create();
-        document.SetPreserveWhiteSpace(true);
-        DomWriter writer(document);
-        std::forward<Write>(write)(writer);
-        return writer.Result().Xml();
-    }
+    TextWriter writer;
+    std::forward<Write>(write)(writer);
+    return std::move(writer.Out());
 }
 
 }  // namespace quillbank::xml

@@ -96,6 +96,34 @@ TEST(XmlParseRootElement, TheResultBelongsToAPrivateDocument) {
     EXPECT_FALSE(host.ParseRootElement("<c/>").OwnerDocument() == own);
 }
 
+// Parses one after another, each result let go before the next (as a reader
+// of encoded properties does): every parse reads as into a new document,
+// whatever was done to the document of the one before.
+TEST(XmlParseRootElement, EachParseReadsAsIntoANewDocument) {
+    Document host = Document::Create();
+    {
+        const Element first = host.ParseRootElement("<!-- c --><a/>");
+        ASSERT_TRUE(first);
+        Document own = first.OwnerDocument();
+        EXPECT_EQ(own.Xml(), "<!-- c -->\r\n");
+        own.SetPreserveWhiteSpace(true);
+        own.SetDocumentElement(own.CreateElement("kept"));
+    }
+    const std::string text = "<r>\n  <a> x </a>\n</r>";
+    const std::string fresh = Loaded(text).DocumentElement().Xml();
+    for (int i = 0; i < 3; ++i) {
+        const Element parsed = host.ParseRootElement(text);
+        ASSERT_TRUE(parsed);
+        EXPECT_EQ(parsed.Xml(), fresh);
+        EXPECT_EQ(parsed.ChildCount(), 1);
+        Document own = parsed.OwnerDocument();
+        EXPECT_FALSE(own.PreserveWhiteSpace());
+        EXPECT_FALSE(own.DocumentElement());
+        EXPECT_EQ(own.Xml(), "");
+        own.SetPreserveWhiteSpace(true);
+    }
+}
+
 TEST(XmlParseRootElement, ANullDocumentRaises) {
     const Error error = testing::CaughtError([] { (void)Document().ParseRootElement("<a/>"); });
     EXPECT_EQ(error.Number(), ErrXmlDom);

@@ -21,9 +21,34 @@ std::string ToUtf8(const wchar_t* text, std::size_t length) {
 
 std::string ToUtf8(BSTR text) { return ToUtf8(text, text == nullptr ? 0 : SysStringLen(text)); }
 
+namespace {
+
+bool IsAscii(std::string_view text) noexcept {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 Bstr::Bstr(std::string_view utf8) {
-    const std::wstring wide = ToWide(utf8);
-    s_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+    // Names and most values are ASCII: widened straight into the string,
+    // without the intermediate copies of the conversion.
+    if (IsAscii(utf8)) {
+        s_ = SysAllocStringLen(nullptr, static_cast<UINT>(utf8.size()));
+        if (s_ != nullptr) {
+            for (std::size_t i = 0; i < utf8.size(); ++i) {
+                s_[i] = static_cast<OLECHAR>(static_cast<unsigned char>(utf8[i]));
+            }
+        }
+    } else {
+        const std::u16string units = support::Utf8ToUtf16(utf8);
+        static_assert(sizeof(OLECHAR) == sizeof(char16_t));
+        s_ = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(units.data()), static_cast<UINT>(units.size()));
+    }
     if (s_ == nullptr) {
         throw Error(static_cast<std::int32_t>(E_OUTOFMEMORY), kDomErrorSource, "Out of memory.");
     }

@@ -95,7 +95,7 @@ bool Document::LoadXML(std::string_view text) {
 Element Document::ParseRootElement(std::string_view text) {
     Require(impl_);
     // MSXML parses into documents only: the element has a private one.
-    Document scratch = Create();
+    Document scratch = DocumentImpl::MakeDocument(impl_->ParseDocument());
     if (!scratch.LoadXML(text)) {
         return Element();
     }

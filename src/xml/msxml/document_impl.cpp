@@ -19,6 +19,21 @@ std::shared_ptr<DocumentImpl> DocumentImpl::New() {
     return std::make_shared<DocumentImpl>(std::move(document));
 }
 
+std::shared_ptr<DocumentImpl> DocumentImpl::ParseDocument() {
+    if (parseDom_ && parseUser_.expired()) {
+        // Nothing outside can reach the document: only the whitespace mode,
+        // which a handle could have changed, differs from a new document's.
+        msxml::Check(parseDom_->put_preserveWhiteSpace(VARIANT_FALSE), "The document could not be set up.");
+        auto reused = std::make_shared<DocumentImpl>(parseDom_);
+        parseUser_ = reused;
+        return reused;
+    }
+    auto made = New();
+    parseDom_ = made->document_;
+    parseUser_ = made;
+    return made;
+}
+
 NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
     if (node == nullptr) {
         return nullptr;
@@ -28,14 +43,13 @@ NodeImpl* DocumentImpl::Intern(IXMLDOMNode* node) {
                  "The node has no identity.");
     auto found = nodes_.find(identity.Get());
     if (found != nodes_.end()) {
-        return found->second.get();
+        return found->second;
     }
-    auto impl = std::make_unique<NodeImpl>();
-    impl->node = msxml::ComPtr<IXMLDOMNode>::Share(node);
-    NodeImpl* raw = impl.get();
+    NodeImpl& impl = nodeStore_.emplace_back();
+    impl.node = msxml::ComPtr<IXMLDOMNode>::Share(node);
     // The map's key stays valid: the NodeImpl holds a reference to the node.
-    nodes_.emplace(identity.Get(), std::move(impl));
-    return raw;
+    nodes_.emplace(identity.Get(), &impl);
+    return &impl;
 }
 
 namespace {
@@ -53,7 +67,7 @@ NodeImpl* DocumentImpl::Find(IXMLDOMNode* node) {
     msxml::Check(node->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Out())),
                  "The node has no identity.");
     const auto found = nodes_.find(identity.Get());
-    return found != nodes_.end() ? found->second.get() : nullptr;
+    return found != nodes_.end() ? found->second : nullptr;
 }
 
 NodeImpl* DocumentImpl::DocumentNode() {
@@ -98,7 +112,7 @@ NodeImpl* DocumentImpl::InternRoot(IXMLDOMNode* root) {
                  "The node has no identity.");
     const auto found = nodes_.find(identity.Get());
     if (found != nodes_.end()) {
-        root_ = found->second.get();
+        root_ = found->second;
     } else if (root_ == nullptr || !SameNode(root_->node.Get(), root)) {
         root_ = Intern(root);
     }

@@ -17,6 +17,7 @@
 // routes give two handles, each with its own reference.
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -48,6 +49,14 @@ public:
     static std::shared_ptr<DocumentImpl> New();
 
     IXMLDOMDocument* Dom() const noexcept { return document_.Get(); }
+
+    // The private document of a parse of this document's (ParseRootElement):
+    // a new handle each time, on the MSXML document the previous parse used
+    // once no handle to that parse's document or nodes is left (it is then
+    // unreachable, and a second MSXML document would cost more than the
+    // parse of a small text, as for every encoded property), else on a new
+    // one. Its whitespace mode is the one of a new document.
+    std::shared_ptr<DocumentImpl> ParseDocument();
 
     // The one NodeImpl of `node` (null for null).
     NodeImpl* Intern(IXMLDOMNode* node);
@@ -85,8 +94,14 @@ public:
 
 private:
     msxml::ComPtr<IXMLDOMDocument> document_;
-    std::unordered_map<IUnknown*, std::unique_ptr<NodeImpl>> nodes_;
+    // The NodeImpls, made in blocks (a deque never moves them), and the map
+    // from each node's COM identity to its NodeImpl.
+    std::deque<NodeImpl> nodeStore_;
+    std::unordered_map<IUnknown*, NodeImpl*> nodes_;
     NodeImpl* root_ = nullptr;
+    // The MSXML document of the last ParseDocument, and its handle.
+    msxml::ComPtr<IXMLDOMDocument> parseDom_;
+    std::weak_ptr<DocumentImpl> parseUser_;
     // Finds the NodeImpl of `node` by its COM identity; null when there is none.
     NodeImpl* Find(IXMLDOMNode* node);
 };

@@ -1,5 +1,8 @@
 // Node: identity, names, values, text, navigation and tree edits on MSXML.
 
+#include <cwchar>
+#include <vector>
+
 #include <quillbank/xml.hpp>
 
 #include "xml/dom_error.hpp"
@@ -125,6 +128,15 @@ ComPtr<IXMLDOMNode> ParentOf(IXMLDOMNode* node) {
     return parent;
 }
 
+void ReadName(IXMLDOMNode* node, Bstr& name) {
+    Check(node->get_nodeName(name.Out()), "The node name could not be read.");
+}
+
+bool SameText(BSTR a, BSTR b) {
+    const UINT length = SysStringLen(a);
+    return length == SysStringLen(b) && (length == 0 || std::wmemcmp(a, b, length) == 0);
+}
+
 // The checks the document model makes before a node is placed; Wine's MSXML
 // leaves some of them out and would fail worse than with an error.
 void CheckInsert(IXMLDOMNode* parent, IXMLDOMNode* child, IXMLDOMNode* reference) {
@@ -143,10 +155,26 @@ void CheckInsert(IXMLDOMNode* parent, IXMLDOMNode* child, IXMLDOMNode* reference
         }
     }
     if (childType == NODE_ELEMENT) {
-        const ElementMark mark(child);
+        // Only an element of the child's name can be the child itself: the
+        // mark, which changes the child for a moment, is looked for only on
+        // the parent and ancestors of that name (a new element placed under
+        // the one being built, the common case, meets none).
+        Bstr childName;
+        ReadName(child, childName);
+        std::vector<ComPtr<IXMLDOMNode>> alike;
         for (ComPtr<IXMLDOMNode> up = ComPtr<IXMLDOMNode>::Share(parent); up; up = ParentOf(up.Get())) {
-            if (mark.On(up.Get())) {
-                RaiseDomError("Inserting a node or its ancestor under itself is not allowed.");
+            Bstr name;
+            ReadName(up.Get(), name);
+            if (SameText(name.Get(), childName.Get())) {
+                alike.push_back(up);
+            }
+        }
+        if (!alike.empty()) {
+            const ElementMark mark(child);
+            for (const ComPtr<IXMLDOMNode>& up : alike) {
+                if (mark.On(up.Get())) {
+                    RaiseDomError("Inserting a node or its ancestor under itself is not allowed.");
+                }
             }
         }
     }
