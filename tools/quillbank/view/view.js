@@ -69,6 +69,16 @@
     }
     return ul;
   }
+  // The findings folded under a line that counts them.
+  function foldedFindings(list, open) {
+    const errors = list.filter((f) => f[0] === 0).length;
+    const details = el('details', 'folded-findings');
+    details.open = open;
+    add(details, el('summary', errors > 0 ? 'has-errors' : 'has-warnings',
+      list.length + (list.length === 1 ? ' finding' : ' findings') + ' (' + errors + (errors === 1 ? ' error, ' : ' errors, ') +
+      (list.length - errors) + (list.length - errors === 1 ? ' warning)' : ' warnings)')), findingList(list));
+    return details;
+  }
   function findingBadge(index) {
     const list = sbFindings.get(index);
     if (!list) return null;
@@ -95,7 +105,7 @@
     const noMap = sbs.reduce((n, sb) => n + (sb[SB.MAPS] === 0 ? 1 : 0), 0);
     banner.appendChild(el('p', 'counts', sbs.length + ' storyboards, ' + data.maps.length + ' maps, ' +
       noMap + ' in no map, ' + data.findings.length + ' findings'));
-    if (lessonFindings.length > 0) banner.appendChild(findingList(lessonFindings));
+    if (lessonFindings.length > 0) banner.appendChild(foldedFindings(lessonFindings, lessonFindings.length <= 3));
     if (lesson.props.length > 0) {
       const details = el('details', 'lesson-props');
       add(details, el('summary', null, 'Lesson properties (' + lesson.props.length + ')'));
@@ -202,9 +212,9 @@
       button.type = 'button';
       button.setAttribute('aria-expanded', 'false');
       add(head, button, map.default ? el('span', 'badge default', 'default') : null,
-        el('span', 'badge', (map.items.length / 2) + ' items'));
+        el('span', 'badge', (map.items.length / 2) + (map.items.length === 2 ? ' item' : ' items')));
       add(section, head);
-      if (mapFindings[index].length > 0) section.appendChild(findingList(mapFindings[index]));
+      if (mapFindings[index].length > 0) section.appendChild(foldedFindings(mapFindings[index], false));
       let tree = null;
       const setOpen = (open) => {
         button.setAttribute('aria-expanded', String(open));
