@@ -80,3 +80,7 @@ quillbank_cli_test(tree.format_with_json ARGS tree --json --format dot water-cyc
                    STATUS 2 STDERR tree-format-json.err)
 quillbank_cli_test(tree.format_unknown ARGS tree --format png water-cycle.xml INPUTS water-cycle.xml STATUS 2
                    STDERR_MATCHES "--format: png not in \\{text,dot,svg\\}")
+
+# The page's script is a file of its own, checked as JavaScript.
+quillbank_cli_test(view.script_syntax SCRIPT "command -v node > /dev/null || { echo 'node is not installed' >&2; exit 77; }
+node --check ${PROJECT_SOURCE_DIR}/tools/quillbank/view/view.js")
