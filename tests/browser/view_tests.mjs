@@ -233,11 +233,17 @@ export const tests = [
       assert.ok(mainCodes.includes('M01') && mainCodes.includes('M02') && mainCodes.includes('M03'), mainCodes.join(' '));
       const missing = await page.$$eval('.map[data-map="0"] ul.tree.top > li > .node-row.missing', (rows) =>
         rows.map((row) => row.textContent));
-      assert.deepEqual(missing, ['(item without a storyboard identifier)missing']);
+      assert.deepEqual(missing, ['(item without a storyboard identifier)missingM02']);
+      // An item's findings stand beside it too.
+      const items = await page.$$eval('.map[data-map="0"] ul.tree.top > li > .node-row', (rows) =>
+        rows.map((row) => row.querySelector('.item-finding')?.textContent ?? ''));
+      assert.deepEqual(items, ['', 'M03', 'M02', 'M08']);
+      assert.match(await page.$eval('.map[data-map="0"] ul.tree.top > li:nth-child(3) .item-finding', (n) => n.title),
+        /^M02: the item names no storyboard$/);
       await page.click('.map[data-map="0"] ul.tree.top > li:first-child .toggle');
       const child = await page.$$eval('.map[data-map="0"] ul.tree.top > li:first-child > ul .node-row.missing', (rows) =>
         rows.map((row) => [...row.children].map((n) => n.textContent)));
-      assert.deepEqual(child, [['', '(not in the lesson)', 'AAAAAAAA-0000-4000-8000-000000000009', 'missing']]);
+      assert.deepEqual(child, [['', '(not in the lesson)', 'AAAAAAAA-0000-4000-8000-000000000009', 'missing', 'M01']]);
       const alone = await page.$$eval('.sb-row', (rows) => rows.filter((r) => r.querySelector('.badge.nomap'))
         .map((r) => r.querySelector('.title').textContent));
       assert.ok(alone.includes('Alone'), alone.join(', '));

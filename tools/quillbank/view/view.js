@@ -46,6 +46,7 @@
   // ---- findings, by what they concern ----
   const lessonFindings = [];
   const mapFindings = data.maps.map(() => []);
+  const itemFindings = [];
   const sbFindings = new Map();
   for (const finding of data.findings) {
     const kind = finding[4];
@@ -55,6 +56,14 @@
       sbFindings.get(index).push(finding);
     } else if (kind === 1 && mapFindings[index]) {
       mapFindings[index].push(finding);
+      // An item's finding also stands beside the item, found by its position ("2.1").
+      const at = finding[2].lastIndexOf(' / item ');
+      if (at >= 0) {
+        const position = finding[2].slice(at + 8);
+        const byPosition = itemFindings[index] || (itemFindings[index] = new Map());
+        if (!byPosition.has(position)) byPosition.set(position, []);
+        byPosition.get(position).push(finding);
+      }
     } else {
       lessonFindings.push(finding);
     }
@@ -138,21 +147,32 @@
     map.tree = { top, children };
     return map.tree;
   }
-  function drawItems(map, ul, list, from) {
+  // `prefix` is the position of the items' parent and a point ("" at the top).
+  function drawItems(map, ul, list, from, prefix) {
     const end = Math.min(list.length, from + CHUNK);
-    for (let k = from; k < end; k++) ul.appendChild(treeItem(map, list[k]));
+    for (let k = from; k < end; k++) ul.appendChild(treeItem(map, list[k], prefix + (k + 1)));
     if (end < list.length) {
       const more = el('button', 'more', 'Show ' + Math.min(CHUNK, list.length - end) + ' more of ' +
         (list.length - end));
       more.type = 'button';
       more.addEventListener('click', () => {
         more.remove();
-        drawItems(map, ul, list, end);
+        drawItems(map, ul, list, end, prefix);
       });
       ul.appendChild(add(el('li'), more));
     }
   }
-  function treeItem(map, i) {
+  function itemBadge(map, position) {
+    const byPosition = itemFindings[data.maps.indexOf(map)];
+    const list = byPosition && byPosition.get(position);
+    if (!list) return null;
+    const errors = list.filter((f) => f[0] === 0).length;
+    const badge = el('span', 'badge item-finding ' + (errors > 0 ? 'error' : 'warning'),
+      list.map((f) => f[1]).join(' '));
+    badge.title = list.map((f) => f[1] + ': ' + f[3]).join('\n');
+    return badge;
+  }
+  function treeItem(map, i, position) {
     const ref = map.items[2 * i + 1];
     const li = el('li', 'node');
     li.setAttribute('role', 'treeitem');
@@ -171,7 +191,7 @@
         if (open && !sub) {
           sub = el('ul', 'tree');
           sub.setAttribute('role', 'group');
-          drawItems(map, sub, kids, 0);
+          drawItems(map, sub, kids, 0, position + '.');
           li.appendChild(sub);
         }
         if (sub) sub.hidden = !open;
@@ -185,12 +205,12 @@
       row.dataset.sb = String(ref);
       add(row, sbLink(ref, titleOf(ref)),
         el('span', 'sid', sb[SB.SHORT] === null ? '#-' : '#' + sb[SB.SHORT]),
-        sb[SB.TYPE] === '' ? null : el('span', 'type', sb[SB.TYPE]), findingBadge(ref));
+        sb[SB.TYPE] === '' ? null : el('span', 'type', sb[SB.TYPE]), findingBadge(ref), itemBadge(map, position));
       if (ref === chosen) row.classList.add('chosen');
     } else {
       row.classList.add('missing');
       add(row, el('span', 'title', ref === null ? '(item without a storyboard identifier)' : '(not in the lesson)'),
-        ref === null ? null : el('span', 'sid', ref), el('span', 'badge error', 'missing'));
+        ref === null ? null : el('span', 'sid', ref), el('span', 'badge error', 'missing'), itemBadge(map, position));
     }
     li.appendChild(row);
     return li;
@@ -222,7 +242,7 @@
         if (open && !tree) {
           tree = el('ul', 'tree top');
           tree.setAttribute('role', 'tree');
-          drawItems(map, tree, mapStructure(map).top, 0);
+          drawItems(map, tree, mapStructure(map).top, 0, '');
           if (map.items.length === 0) tree.appendChild(el('li', 'empty', 'No items.'));
           section.appendChild(tree);
         }
