@@ -2,7 +2,8 @@
 # Measures the quillbank tool: a folder of 1,000 generated lessons checked
 # with one job and with one a core (the speed-up of the parallel batch), and
 # single-file commands on one large lesson beside `xmllint --noout` on the
-# same file. Release build; the lessons go to build/release/tool-bench/.
+# same file (view among them: the HTML page of the large lesson). Release
+# build; the lessons go to build/release/tool-bench/.
 # Arguments: [LESSONS STORYBOARDS_EACH LARGE_STORYBOARDS] (default 1000 20
 # 14000: about 100 MB).
 set -euo pipefail
@@ -65,7 +66,7 @@ cpu() {
 
 floor=$(cpu xmllint --noout "$big")
 printf 'xmllint --noout: %ss CPU\n' "$floor"
-for command in "info" "ls" "tree" "props" "check" "normalize -o $work/out.xml"; do
+for command in "info" "ls" "tree" "props" "check" "normalize -o $work/out.xml" "view -o $work/out.html"; do
   t=$(cpu "$tool" $command "$big")
   printf 'quillbank %s: %ss CPU, %.2f times xmllint\n' "${command%% *}" "$t" "$(echo "$t / $floor" | bc -l)"
 done

@@ -25,7 +25,15 @@ packages=(
   # Wine for both bitnesses (scripts/wine-root.sh).
   g++-mingw-w64-i686-posix debootstrap
   clang-14 libclang-rt-14-dev
+  # quillbank tree --format svg draws with Graphviz; the browser tests of
+  # quillbank view run the system's Chromium through puppeteer-core (npm).
+  graphviz chromium nodejs
 )
+# Debian's nodejs comes without npm; a nodejs package that carries its own
+# npm would conflict with Debian's.
+if ! command -v npm >/dev/null 2>&1; then
+  packages+=(npm)
+fi
 
 missing=()
 for p in "${packages[@]}"; do
@@ -39,8 +47,8 @@ if [ ${#missing[@]} -gt 0 ]; then
   sudo=""
   if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi
   export DEBIAN_FRONTEND=noninteractive
-  $sudo apt-get update
-  $sudo apt-get install -y --no-install-recommends "${missing[@]}"
+  $sudo apt-get -o DPkg::Lock::Timeout=900 update
+  $sudo apt-get -o DPkg::Lock::Timeout=900 install -y --no-install-recommends "${missing[@]}"
 fi
 
 # Wine for both bitnesses, in a private root under build/ (made once).

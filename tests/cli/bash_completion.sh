@@ -13,3 +13,6 @@ complete_words quillbank normalize --k
 complete_words quillbank check --li
 complete_words quillbank tree --m
 complete_words quillbank grep -
+complete_words quillbank v
+complete_words quillbank tree --format ''
+complete_words quillbank tree --f

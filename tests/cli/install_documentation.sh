@@ -7,7 +7,7 @@ for f in share/man/man1/quillbank.1 share/bash-completion/completions/quillbank 
   [ -f "$f" ] && echo "installed $f"
 done
 groff -man -Tutf8 -ww -z share/man/man1/quillbank.1 2>&1 || exit 9
-for command in info tree props clear normalize duplicate check diff ls grep convert; do
+for command in info tree props clear normalize duplicate check diff ls grep convert view; do
   grep -q "^.BI \"$command " share/man/man1/quillbank.1 || echo "the manual page lacks $command"
 done
 # Where check --help sends the reader, and that the file is there.

@@ -27,5 +27,6 @@ Command AddDiffCommand(CLI::App& program);
 Command AddLsCommand(CLI::App& program);
 Command AddGrepCommand(CLI::App& program);
 Command AddConvertCommand(CLI::App& program);
+Command AddViewCommand(CLI::App& program);
 
 }  // namespace quillbank::tool

@@ -6,51 +6,23 @@
 #include <sstream>
 #include <string>
 
-#include <quillbank/functions.hpp>
 #include <quillbank/lesson.hpp>
 #include <quillbank/lesson_map.hpp>
 #include <quillbank/lesson_map_collection.hpp>
 #include <quillbank/storyboard.hpp>
 #include <quillbank/storyboard_collection.hpp>
-#include <quillbank/xml.hpp>
 
 #include "commands.hpp"
 #include "file_batch.hpp"
 #include "lesson_file.hpp"
 #include "map_items.hpp"
 #include "property_path.hpp"
+#include "short_ids.hpp"
 #include "tool_error.hpp"
 
 namespace quillbank::tool {
 
 namespace {
-
-// The "shortid" each storyboard element of the file has, by identifier:
-// the number hosts show, which the library keeps to itself.
-std::map<std::string, std::string> ShortIds(const InputFile& input) {
-    std::map<std::string, std::string> ids;
-    auto document = xml::Document::Create();
-    if (!document.LoadXML(Functions::CleanXMLString(input.decoded.text))) {
-        return ids;
-    }
-    for (xml::Node part = document.DocumentElement().FirstChild(); part; part = part.NextSibling()) {
-        if (part.Name() != "storyboards") {
-            continue;
-        }
-        for (xml::Node node = part.FirstChild(); node; node = node.NextSibling()) {
-            xml::Element storyboard = node.AsElement();
-            if (!storyboard || storyboard.Name() != "storyboard") {
-                continue;
-            }
-            auto sbid = storyboard.GetAttribute("sbid");
-            auto shortId = storyboard.GetAttribute("shortid");
-            if (sbid && shortId) {
-                ids[*sbid] = *shortId;
-            }
-        }
-    }
-    return ids;
-}
 
 std::string List(const InputFile& input, const Lesson& lesson) {
     const auto shortIds = ShortIds(input);

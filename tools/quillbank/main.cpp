@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
         AddInfoCommand(program),      AddTreeCommand(program),  AddPropsCommand(program),
         AddClearCommand(program),     AddNormalizeCommand(program), AddDuplicateCommand(program),
         AddCheckCommand(program),     AddDiffCommand(program),      AddLsCommand(program),
-        AddGrepCommand(program),      AddConvertCommand(program),
+        AddGrepCommand(program),      AddConvertCommand(program),   AddViewCommand(program),
     };
 
     try {

@@ -15,6 +15,7 @@
 #include "output_file.hpp"
 #include "property_path.hpp"
 #include "tool_error.hpp"
+#include "tree_graph.hpp"
 
 namespace quillbank::tool {
 
@@ -23,6 +24,7 @@ namespace {
 struct TreeOptions {
     std::string map;
     bool mapGiven = false;
+    std::string format = "text";
 };
 
 // Two spaces a level; past kMaxIndentLevels the indentation stops growing
@@ -102,11 +104,18 @@ Command AddTreeCommand(CLI::App& program) {
     auto batch = AddBatchOptions(*app, "Lesson files or directories, or - for standard input");
     AddJsonFlag(*app, *batch);
     app->add_option("--map", options->map, "The map to show (default: the lesson's default map)");
+    app->add_option("--format", options->format,
+                    "text (the default), dot (a Graphviz graph) or svg (that graph drawn by Graphviz's dot)")
+        ->check(CLI::IsMember({"text", "dot", "svg"}))
+        ->capture_default_str();
     return {app, [options, batch, app] {
                 const bool mapGiven = app->count("--map") > 0;
-                const auto files = ExpandInputs(*batch);
                 const bool json = batch->json;
-                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files) && !json, [&](const std::string& file) {
+                if (json && options->format != "text") {
+                    throw ToolError("tree: --json and --format " + options->format + " cannot be used together");
+                }
+                const auto files = ExpandInputs(*batch);
+                auto results = RunBatch(files, batch->jobs, IsMany(*batch, files) && !json && options->format == "text", [&](const std::string& file) {
                     auto input = ReadInput(file);
                     auto lesson = LoadLesson(input);
                     std::shared_ptr<LessonMap> map;
@@ -124,7 +133,16 @@ Command AddTreeCommand(CLI::App& program) {
                             throw ToolError(input.displayName + ": the lesson has no maps");
                         }
                     }
-                    return FileResult{json ? TreeJson(file, *lesson, map) : Tree(*lesson, map)};
+                    if (json) {
+                        return FileResult{TreeJson(file, *lesson, map)};
+                    }
+                    if (options->format == "dot") {
+                        return FileResult{DotGraph(*lesson, map)};
+                    }
+                    if (options->format == "svg") {
+                        return FileResult{SvgFromDot(DotGraph(*lesson, map))};
+                    }
+                    return FileResult{Tree(*lesson, map)};
                 }, json ? JsonFailure("tree") : nullptr);
                 return WorstStatus(results);
             }};
