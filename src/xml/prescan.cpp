@@ -140,8 +140,15 @@ private:
             ++p_;
             return true;
         }
-        char32_t c = 0;
-        return DecodeUtf8(t_, p_, c) && IsXmlChar(c);
+        // Text in other scripts comes in runs of multi-byte characters:
+        // the whole run is checked here rather than one character a visit.
+        do {
+            char32_t c = 0;
+            if (!DecodeUtf8(t_, p_, c) || !IsXmlChar(c)) {
+                return false;
+            }
+        } while (p_ < t_.size() && static_cast<unsigned char>(t_[p_]) >= 0x80);
+        return true;
     }
 
     template <const ByteClass& bytes>
