@@ -26,28 +26,39 @@ public:
     };
 
     ElementCursor() = default;
-    explicit ElementCursor(xml::Node node) : node_(std::move(node)) {}
+    explicit ElementCursor(xml::Node node) {
+        if (node && node.IsElement()) {
+            element_ = node.AsElement();
+        } else {
+            other_ = std::move(node);
+        }
+    }
 
-    explicit operator bool() const { return static_cast<bool>(node_); }
-    bool IsElement() const { return node_.IsElement(); }
-    bool IsText() const { return node_.Type() == xml::NodeType::Text; }
-    std::string Name() const { return node_.Name(); }
-    std::string Value() const { return node_.Value(); }
-    std::optional<std::string> Attribute(const char* name) const { return node_.AsElement().GetAttribute(name); }
-    ElementCursor FirstChild() const { return ElementCursor(node_.FirstChild()); }
-    ElementCursor NextSibling() const { return ElementCursor(node_.NextSibling()); }
-    std::int32_t ChildCount() const { return node_.ChildCount(); }
-    bool HasChildNodes() const { return node_.HasChildNodes(); }
-    std::string Text() const { return node_.Text(); }
+    explicit operator bool() const { return static_cast<bool>(Node()); }
+    bool IsElement() const { return static_cast<bool>(element_); }
+    bool IsText() const { return !element_ && other_ && other_.Type() == xml::NodeType::Text; }
+    std::string Name() const { return Node().Name(); }
+    std::string Value() const { return Node().Value(); }
+    std::optional<std::string> Attribute(const char* name) const { return element_.GetAttribute(name); }
+    ElementCursor FirstChild() const { return ElementCursor(Node().FirstChild()); }
+    ElementCursor NextSibling() const { return ElementCursor(Node().NextSibling()); }
+    std::int32_t ChildCount() const { return Node().ChildCount(); }
+    bool HasChildNodes() const { return Node().HasChildNodes(); }
+    std::string Text() const { return Node().Text(); }
     // The text parsed as a document of its own; its parse may borrow the
     // storage of this node's document.
     Parsed ParseDocument(std::string_view text) const {
-        return Parsed(node_.OwnerDocument().ParseRootElement(text));
+        return Parsed(Node().OwnerDocument().ParseRootElement(text));
     }
-    xml::Element Facade() const { return node_.AsElement(); }
+    xml::Element Facade() const { return element_; }
 
 private:
-    xml::Node node_;
+    const xml::Node& Node() const { return element_ ? static_cast<const xml::Node&>(element_) : other_; }
+
+    // An element is held as one, so that its attributes need no new handle;
+    // any other node as a node.
+    xml::Element element_;
+    xml::Node other_;
 };
 
 }  // namespace quillbank::detail::reading
