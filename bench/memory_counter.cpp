@@ -1,6 +1,7 @@
 // Counts the heap memory the benchmark process holds, for the peak-memory
 // counters: every global operator new and delete, and every block pugixml
-// allocates (its own allocation functions are replaced for the purpose).
+// and libxml2 allocate (their own allocation functions are replaced for the
+// purpose).
 // Sizes are the usable sizes malloc reports, so the figures are what the heap
 // really holds, not what was asked for.
 
@@ -9,8 +10,10 @@
 #include <malloc.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
+#include <libxml/xmlmemory.h>
 #include <pugixml.hpp>
 
 namespace quillbank::bench {
@@ -41,9 +44,33 @@ void Give(void* block) {
 void* PugiAllocate(std::size_t size) { return Take(size); }
 void PugiDeallocate(void* block) { Give(block); }
 
+void* LibxmlRealloc(void* block, std::size_t size) {
+    const std::size_t before = block != nullptr ? malloc_usable_size(block) : 0;
+    void* moved = std::realloc(block, size == 0 ? 1 : size);
+    if (moved != nullptr) {
+        current = current - before + malloc_usable_size(moved);
+        if (current > peak) {
+            peak = current;
+        }
+    }
+    return moved;
+}
+
+char* LibxmlStrdup(const char* text) {
+    const std::size_t size = std::strlen(text) + 1;
+    void* copy = Take(size);
+    if (copy != nullptr) {
+        std::memcpy(copy, text, size);
+    }
+    return static_cast<char*>(copy);
+}
+
 }  // namespace
 
-void InstallMemoryCounter() { pugi::set_memory_management_functions(PugiAllocate, PugiDeallocate); }
+void InstallMemoryCounter() {
+    pugi::set_memory_management_functions(PugiAllocate, PugiDeallocate);
+    xmlMemSetup(Give, Take, LibxmlRealloc, LibxmlStrdup);
+}
 
 std::size_t HeapInUse() { return current; }
 

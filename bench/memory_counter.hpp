@@ -7,8 +7,8 @@
 
 namespace quillbank::bench {
 
-// Routes pugixml's allocations through the counter; call before any pugixml
-// document exists.
+// Routes pugixml's and libxml2's allocations through the counter; call
+// before any pugixml or libxml2 document exists.
 void InstallMemoryCounter();
 
 // Bytes of heap held now.

@@ -15,6 +15,8 @@ packages=(
   # scripts/bench-tool.sh measures the tool beside xmllint.
   libxml2-utils bc time
   libgtest-dev libgmock-dev libbenchmark-dev
+  # The benchmarks' second floor: libxml2 building its DOM of the same text.
+  libxml2-dev
   # The JSON form, and the Python module with its tests and type checks.
   nlohmann-json3-dev libsimdjson-dev pybind11-dev python3-dev python3-pytest python3-mypy python3-jsonschema
   # The Windows build: the MinGW-w64 cross compiler, widl for the type

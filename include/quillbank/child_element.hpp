@@ -15,6 +15,10 @@
 
 namespace quillbank {
 
+namespace detail {
+struct ModelReader;
+}  // namespace detail
+
 class ChildElementCollection;
 
 // A thin class around one owned property bag: the element's name is the bag's
@@ -100,6 +104,7 @@ private:
     std::shared_ptr<PersistedPropertyCollection> properties_;
 
     friend class ChildElementCollection;
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

@@ -13,6 +13,10 @@
 
 namespace quillbank {
 
+namespace detail {
+struct ModelReader;
+}  // namespace detail
+
 // A zero-based list of references to child elements (not copies). The same
 // element may stand in it more than once. Bad indexes never raise: they are
 // ignored, or an insertion at one appends.
@@ -68,6 +72,8 @@ private:
 
     std::string name_;
     std::vector<std::shared_ptr<ChildElement>> elements_;
+
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

@@ -13,6 +13,10 @@
 
 namespace quillbank {
 
+namespace detail {
+struct ModelReader;
+}  // namespace detail
+
 namespace xml {
 class Writer;  // the library's own, internal
 }
@@ -83,6 +87,8 @@ private:
     std::shared_ptr<PersistedPropertyCollection> properties_;
     std::shared_ptr<LessonMapCollection> maps_;
     std::shared_ptr<StoryboardCollection> storyboards_;
+
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

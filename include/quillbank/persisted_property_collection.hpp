@@ -18,6 +18,7 @@ namespace quillbank {
 class ChildElementCollection;
 
 namespace detail {
+struct ModelReader;
 class PropertyStore;
 struct PropertyBagAccess;
 }  // namespace detail
@@ -116,6 +117,7 @@ private:
     std::unique_ptr<detail::PropertyStore> store_;
 
     friend struct detail::PropertyBagAccess;
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

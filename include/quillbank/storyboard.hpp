@@ -15,6 +15,7 @@
 namespace quillbank {
 
 namespace detail {
+struct ModelReader;
 struct StoryboardAccess;
 }  // namespace detail
 
@@ -89,6 +90,7 @@ private:
     std::shared_ptr<ChildElementCollection> children_;
 
     friend struct detail::StoryboardAccess;
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

@@ -17,6 +17,10 @@
 
 namespace quillbank {
 
+namespace detail {
+struct ModelReader;
+}  // namespace detail
+
 // Storyboards in the order they were added, each under the identifier it had
 // when it was added; identifiers are matched without regard to letter case.
 // Entries are references: one storyboard may sit in several collections. The
@@ -151,6 +155,8 @@ private:
     std::string keys_;
     std::size_t live_ = 0;
     std::shared_ptr<Storyboard> current_;
+
+    friend struct detail::ModelReader;
 };
 
 }  // namespace quillbank

@@ -9,6 +9,8 @@
 #include "support/model_arena.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 
 namespace quillbank {
 
@@ -234,13 +236,7 @@ void ChildElement::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "ce") {
-        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("ce"));
-    }
-    properties_ = PersistedPropertyCollection::Create();
-    properties_->SetName(support::VariantToText(Element.GetAttribute("name"), ""));
-    properties::ReadPropertyElements(*properties_, Element);
-    element_type_ = support::VariantToText(Element.GetAttribute("type"), "");
+    detail::ModelReader::ReadChildElement(*this, detail::reading::ElementCursor(Element));
 }
 
 void ChildElement::FromXMLString(std::string_view XMLString) {

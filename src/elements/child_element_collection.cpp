@@ -1,6 +1,5 @@
 #include <quillbank/child_element_collection.hpp>
 
-#include <limits>
 #include <utility>
 
 #include "elements/element_writers.hpp"
@@ -9,15 +8,14 @@
 #include "support/model_arena.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 
 namespace quillbank {
 
 namespace {
 
 constexpr const char* kDefaultName = "children";
-
-// The reader visits child nodes with a signed 16-bit position.
-constexpr std::int32_t kLastVisitablePosition = std::numeric_limits<std::int16_t>::max();
 
 }  // namespace
 
@@ -176,30 +174,7 @@ void ChildElementCollection::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "cec") {
-        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("cec"));
-    }
-    name_ = support::VariantToText(Element.GetAttribute("name"), kDefaultName);
-    Clear();
-    // Every child node counts (text and whitespace too). The last position
-    // must fit the counter before the first child is read; a list of exactly
-    // 32768 nodes is read whole and then fails on the step past the last one.
-    const std::int32_t nodeCount = Element.ChildCount();
-    if (nodeCount - 1 > kLastVisitablePosition) {
-        frame::Raise(ErrOverflow, source, frame::kOverflow);
-    }
-    elements_.reserve(static_cast<std::size_t>(nodeCount));
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (child.IsElement() && child.Name() == "ce") {
-            // Its bag comes from the element it reads.
-            auto entry = ChildElement::CreateUnfilled();
-            entry->FromXMLElement(child.AsElement());
-            elements_.push_back(std::move(entry));
-        }
-    }
-    if (nodeCount - 1 == kLastVisitablePosition) {
-        frame::Raise(ErrOverflow, source, frame::kOverflow);
-    }
+    detail::ModelReader::ReadChildList(*this, detail::reading::ElementCursor(Element));
 }
 
 }  // namespace quillbank

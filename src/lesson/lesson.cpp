@@ -11,6 +11,9 @@
 #include "frame/raise.hpp"
 #include "maps/lesson_map_access.hpp"
 #include "properties/property_bag.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
+#include "reading/parsed_lesson.hpp"
 #include "storyboards/storyboard_access.hpp"
 #include "support/conversions.hpp"
 #include "support/guid.hpp"
@@ -178,33 +181,7 @@ void Lesson::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "lesson") {
-        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("lesson"));
-    }
-    // The objects read come from the model's chunks (support/model_arena.hpp).
-    const support::ModelArenaScope arena;
-    Reset();
-    // "documentid" names one written copy, not the lesson: it is not read.
-    lesson_id_ = support::VariantToText(Element.GetAttribute("lessonid"), lesson_id_);
-    title_ = support::VariantToText(Element.GetAttribute("title"), kDefaultTitle);
-    identifier_ = support::VariantToText(Element.GetAttribute("identifier"), "");
-    classification_ = support::VariantToText(Element.GetAttribute("classification"), "");
-
-    // Each part clears itself before reading, so of two parts of the same
-    // name the later one wins.
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (!child.IsElement()) {
-            continue;
-        }
-        const std::string name = child.Name();
-        if (name == "ppc") {
-            properties_->FromXMLElement(child.AsElement());
-        } else if (name == "maps") {
-            maps_->FromXMLElement(child.AsElement());
-        } else if (name == "storyboards") {
-            storyboards_->FromXMLElement(child.AsElement());
-        }
-    }
+    detail::ModelReader::ReadLesson(*this, detail::reading::ElementCursor(Element));
 }
 
 std::string Lesson::ToXMLString() const {
@@ -231,7 +208,12 @@ void Lesson::FromXMLString(std::string_view XMLString) {
     if (!loaded) {
         frame::Raise(ErrXmlForm, "Lesson.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
-    FromXMLElement(document.DocumentElement());
+    if constexpr (detail::reading::kReadsParsedNodes) {
+        // The model is built straight from the parser's nodes.
+        detail::reading::ReadLessonFromParse(*this, document);
+    } else {
+        FromXMLElement(document.DocumentElement());
+    }
 }
 
 std::shared_ptr<Lesson> Lesson::Clone() const {

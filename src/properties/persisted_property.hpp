@@ -15,6 +15,10 @@
 
 namespace quillbank {
 
+namespace detail {
+struct ModelReader;
+}  // namespace detail
+
 namespace xml {
 class Writer;
 }
@@ -124,7 +128,6 @@ private:
     void WritePlain(xml::Writer& writer) const;
     // The "xml" text of the plain element, which travels base64-encoded.
     std::string PlainElementText() const;
-    void ReadElement(const xml::Element& Element);
 
     // Ordered so that no padding is left between the fields.
     std::string name_;
@@ -144,6 +147,8 @@ private:
     LazySlot<LocationData> location_;
     LazySlot<std::shared_ptr<PersistedPropertyCollection>> ppc_;
     LazySlot<std::shared_ptr<ChildElementCollection>> cec_;
+
+    friend struct detail::ModelReader;
 };
 
 // The value of the first child that is a text node ("" when there is none,

@@ -11,6 +11,8 @@
 #include "support/sort.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 
 namespace quillbank {
 
@@ -92,20 +94,7 @@ void WriteBag(const PersistedPropertyCollection& bag, xml::Writer& writer, bool 
 }
 
 void ReadPropertyElements(PersistedPropertyCollection& bag, const xml::Element& Element) {
-    detail::PropertyBagAccess::ResetStore(bag);
-    auto& store = detail::PropertyBagAccess::Store(bag);
-    // Room for every child, so that the bag's array grows once.
-    store.Reserve(static_cast<std::size_t>(Element.ChildCount()));
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (!child.IsElement()) {
-            continue;
-        }
-        auto property = PersistedProperty::Create();
-        property->FromXMLElement(child.AsElement());
-        if (property->PropertyType() != ptNone) {
-            store.Add(std::move(property));
-        }
-    }
+    detail::ModelReader::ReadPropertyElements(bag, detail::reading::ElementCursor(Element));
 }
 
 }  // namespace properties
@@ -401,12 +390,7 @@ void PersistedPropertyCollection::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "ppc") {
-        // This bag reports a wrong element as an invalid call (5), unlike the other classes.
-        frame::Raise(ErrInvalidCall, source, frame::NotAnElementDescription("ppc"));
-    }
-    name_ = support::VariantToText(Element.GetAttribute("name"), kDefaultName);
-    properties::ReadPropertyElements(*this, Element);
+    detail::ModelReader::ReadBag(*this, detail::reading::ElementCursor(Element));
 }
 
 }  // namespace quillbank

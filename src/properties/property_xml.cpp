@@ -12,6 +12,8 @@
 #include "properties/nesting.hpp"
 #include "properties/persisted_property.hpp"
 #include "properties/property_bag.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 #include "support/ansi.hpp"
 #include "support/base64_coders.hpp"
 #include "support/color.hpp"
@@ -61,34 +63,6 @@ private:
     std::string copy_;
 };
 
-// Every LF becomes CR LF, without doubling a CR LF that was there already.
-std::string FromStoredLines(std::string&& text) {
-    std::size_t lineFeed = text.find('\n');
-    if (lineFeed == std::string::npos) {
-        return std::move(text);
-    }
-    std::string out;
-    out.reserve(text.size() + text.size() / 16);
-    out.append(text, 0, lineFeed);
-    for (std::size_t i = lineFeed; i < text.size(); ++i) {
-        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) {
-            out.push_back('\r');
-        }
-        out.push_back(text[i]);
-    }
-    return out;
-}
-
-// The first child element with exactly this name (letter case included), or null.
-xml::Element FirstChildElementNamed(const xml::Element& parent, std::string_view name) {
-    for (xml::Node child = parent.FirstChild(); child; child = child.NextSibling()) {
-        if (child.IsElement() && child.Name() == name) {
-            return child.AsElement();
-        }
-    }
-    return {};
-}
-
 void WriteTextChild(xml::Writer& writer, std::string_view name, std::string_view text) {
     writer.StartElement(name);
     writer.Text(StoredLines(text).View());
@@ -101,12 +75,7 @@ std::string FirstTextValue(const xml::Node& Element) {
     if (!Element || !Element.IsElement()) {
         return {};
     }
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (child.Type() == xml::NodeType::Text) {
-            return child.Value();
-        }
-    }
-    return {};
+    return detail::ModelReader::FirstTextValue(detail::reading::ElementCursor(Element));
 }
 
 void PersistedProperty::WritePlain(xml::Writer& writer) const {
@@ -271,132 +240,7 @@ xml::Element PersistedProperty::WriteElement(const xml::Document& Document, bool
 }
 
 void PersistedProperty::FromXMLElement(const xml::Element& Element) {
-    try {
-        ReadElement(Element);
-    } catch (...) {
-        // Whatever could not be read leaves the property untyped; the fields
-        // read before the failure keep their values.
-        property_type_ = ptNone;
-    }
-}
-
-void PersistedProperty::ReadElement(const xml::Element& Element) {
-    if (!Element) {
-        property_type_ = ptNone;
-        return;
-    }
-    xml::Element element = Element;
-    std::string elementName = element.Name();
-    support::FoldToLowerCase(elementName);
-    if (elementName == "encprop") {
-        encoding_type_ = etBase64Encoded;
-        const std::string encType = support::VariantToText(element.GetAttribute("enctype"), "");
-        const std::string encodedText = element.Text();
-        const std::string decoded =
-            encType == "utf8" ? support::DecodeBase64Utf8(encodedText) : support::DecodeBase64(encodedText);
-        // The decoded text is a document of its own; its parse may borrow the
-        // storage of the element's document.
-        element = element.OwnerDocument().ParseRootElement(decoded);
-        if (!element) {
-            frame::Raise(ErrXmlForm, frame::kLibraryName, frame::kCorruptEncodedProperty);
-        }
-        elementName = element.Name();
-        support::FoldToLowerCase(elementName);
-    } else {
-        encoding_type_ = etNotEncoded;
-    }
-
-    name_ = support::VariantToText(element.GetAttribute("name"), "");
-
-    if (elementName == "boolprop") {
-        property_type_ = ptBoolean;
-        boolean_ = support::VariantToBool(element.GetAttribute("value"), false);
-    } else if (elementName == "intprop") {
-        property_type_ = ptLong;
-        long_ = support::VariantToLong(element.GetAttribute("value"), 0);
-    } else if (elementName == "floatprop") {
-        property_type_ = ptDouble;
-        double_ = support::VariantToDouble(element.GetAttribute("value"), 0.0);
-    } else if (elementName == "stringprop") {
-        property_type_ = ptString;
-        string_ = FromStoredLines(FirstTextValue(element));
-    } else if (elementName == "dateprop") {
-        property_type_ = ptDate;
-        const auto value = element.GetAttribute("value");
-        const auto date = value ? support::TextToDate(*value) : std::nullopt;
-        date_ = date.value_or(0.0);
-    } else if (elementName == "colorprop") {
-        property_type_ = ptColor;
-        color_ = support::HTMLToOLEColor(support::VariantToText(element.GetAttribute("value"), ""));
-    } else if (elementName == "fontprop") {
-        property_type_ = ptFont;
-        FontData& font = font_.Set();
-        // A missing face name reads as "Courier New".
-        font.Name = support::VariantToText(element.GetAttribute("familyName"), "Courier New");
-        font.Size = support::VariantToDouble(element.GetAttribute("emSize"), 0.0);
-        font.Bold = support::VariantToBool(element.GetAttribute("bold"), false);
-        font.Italic = support::VariantToBool(element.GetAttribute("italic"), false);
-        font.Underline = support::VariantToBool(element.GetAttribute("underline"), false);
-    } else if (elementName == "rectprop") {
-        property_type_ = ptRectangle;
-        Rectangle& rectangle = rectangle_.Set();
-        rectangle.Left = support::VariantToLong(element.GetAttribute("left"), 0);
-        rectangle.Top = support::VariantToLong(element.GetAttribute("top"), 0);
-        rectangle.Width = support::VariantToLong(element.GetAttribute("width"), 0);
-        rectangle.Height = support::VariantToLong(element.GetAttribute("height"), 0);
-    } else if (elementName == "assetprop") {
-        property_type_ = ptAsset;
-        AssetData& asset = asset_.Set();
-        asset.Filename = support::VariantToText(element.GetAttribute("filename"), "");
-        // A text whose child is absent keeps the value it had.
-        if (element.HasChildNodes()) {
-            if (xml::Element source = FirstChildElementNamed(element, "source")) {
-                asset.Source = FromStoredLines(source.Text());
-            }
-            if (xml::Element description = FirstChildElementNamed(element, "description")) {
-                asset.Description = FromStoredLines(description.Text());
-            }
-        }
-    } else if (elementName == "locationprop") {
-        property_type_ = ptLocation;
-        LocationData& location = location_.Set();
-        // Read as written: the start-filling of the setter does not apply here.
-        location.StartPoint = support::VariantToText(element.GetAttribute("from"), "");
-        location.EndPoint = support::VariantToText(element.GetAttribute("to"), "");
-        location.MapName = support::VariantToText(element.GetAttribute("map"), "");
-    } else if (elementName == "ppcprop") {
-        // A bag nested past the limit is not read: the property stays untyped.
-        const properties::NestingLevel level;
-        if (!level.Entered()) {
-            property_type_ = ptNone;
-            return;
-        }
-        property_type_ = ptPPC;
-        // Without a "ppc" child the value is an empty bag, not null.
-        auto& ppc = ppc_.Set();
-        ppc = PersistedPropertyCollection::Create();
-        for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
-            if (child.IsElement() && child.Name() == "ppc") {
-                ppc->FromXMLElement(child.AsElement());
-            }
-        }
-    } else if (elementName == "cecprop") {
-        const properties::NestingLevel level;
-        if (!level.Entered()) {
-            property_type_ = ptNone;
-            return;
-        }
-        property_type_ = ptCEC;
-        auto& cec = cec_.Set();
-        cec = ChildElementCollection::Create();
-        for (xml::Node child = element.FirstChild(); child; child = child.NextSibling()) {
-            if (child.IsElement() && child.Name() == "cec") {
-                cec->FromXMLElement(child.AsElement());
-            }
-        }
-    } else {
-        property_type_ = ptNone;
-    }
+    detail::ModelReader::ReadProperty(*this, detail::reading::ElementCursor(Element));
 }
 
 }  // namespace quillbank

@@ -12,6 +12,8 @@
 #include "support/guid.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 
 namespace quillbank {
 
@@ -179,41 +181,17 @@ void Storyboard::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "storyboard") {
-        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("storyboard"));
-    }
-    // The reset makes a new identifier; it is kept only when the element
-    // names none, so it is made only then.
-    std::optional<std::string> sbid = Element.GetAttribute("sbid");
-    Initialize(!sbid.has_value());
-    if (sbid) {
-        sbid_ = std::move(*sbid);
-    }
-    // A text attribute is its own text; an absent one gives the default.
-    title_ = Element.GetAttribute("title").value_or(kDefaultTitle);
-    identifier_ = Element.GetAttribute("identifier").value_or(std::string());
-    sb_type_ = Element.GetAttribute("type").value_or(std::string());
-    classification_ = Element.GetAttribute("classification").value_or(std::string());
-    short_id_ = support::VariantToLong(Element.GetAttribute("shortid"), -1);
-
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (!child.IsElement()) {
-            continue;
-        }
-        const std::string name = child.Name();
-        if (name == "ppc") {
-            properties_->FromXMLElement(child.AsElement());
-        } else if (name == "cec") {
-            children_->FromXMLElement(child.AsElement());
-        }
-    }
+    detail::ModelReader::ReadStoryboard(*this, detail::reading::ElementCursor(Element));
 }
 
 namespace detail {
 
 std::shared_ptr<Storyboard> StoryboardAccess::CreateFromElement(const xml::Element& Element) {
     std::shared_ptr<Storyboard> sb = Storyboard::Make(Storyboard::Unfilled{});
-    sb->FromXMLElement(Element);
+    if (!Element) {
+        frame::Raise(ErrNullArgument, "Storyboard.FromXMLElement", frame::kElementCannotBeNull);
+    }
+    ModelReader::ReadStoryboard(*sb, reading::ElementCursor(Element));
     return sb;
 }
 

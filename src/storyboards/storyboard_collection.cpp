@@ -9,14 +9,12 @@
 #include "support/sort.hpp"
 #include "support/text.hpp"
 #include "xml/writing.hpp"
+#include "reading/element_cursor.hpp"
+#include "reading/model_reader.hpp"
 
 namespace quillbank {
 
 namespace {
-
-// The reader visits child nodes with a signed 16-bit position, so 32767 is
-// the last position it can reach.
-constexpr std::int32_t kLastVisitablePosition = 32767;
 
 // Both writers report failures under the normal writer's name, spelt so.
 constexpr const char* kWriterSource = "StoryboardtCollection.ToXMLElement";
@@ -225,28 +223,7 @@ void StoryboardCollection::FromXMLElement(const xml::Element& Element) {
     if (!Element) {
         frame::Raise(ErrNullArgument, source, frame::kElementCannotBeNull);
     }
-    if (Element.Name() != "storyboards") {
-        frame::Raise(ErrXmlForm, source, frame::NotAnElementDescription("storyboards"));
-    }
-    Clear();
-    // Every child node counts (comments and text too). The last position must
-    // fit the 16-bit counter before the first child is read, so with 32769
-    // or more nodes nothing is read; with exactly 32768 every node is read
-    // and the step past the last one overflows, leaving the entries in place.
-    const std::int32_t nodeCount = Element.ChildCount();
-    if (nodeCount - 1 > kLastVisitablePosition) {
-        frame::Raise(ErrOverflow, source, frame::kOverflow);
-    }
-    Rebuild(static_cast<std::size_t>(nodeCount));
-    entries_.reserve(static_cast<std::size_t>(nodeCount));
-    for (xml::Node child = Element.FirstChild(); child; child = child.NextSibling()) {
-        if (child.IsElement() && child.Name() == "storyboard") {
-            Add(detail::StoryboardAccess::CreateFromElement(child.AsElement()));
-        }
-    }
-    if (nodeCount - 1 == kLastVisitablePosition) {
-        frame::Raise(ErrOverflow, source, frame::kOverflow);
-    }
+    detail::ModelReader::ReadStoryboards(*this, detail::reading::ElementCursor(Element));
 }
 
 }  // namespace quillbank

@@ -124,7 +124,33 @@ std::optional<double> TextToDouble(std::string_view text) {
     return RegionalTextToDouble(text);
 }
 
+namespace {
+
+// The value of an integer in the form the library writes ("0", or an
+// optional '-' and up to nine digits without a leading zero), which every
+// regional setting reads as itself; nothing for any other text.
+std::optional<std::int32_t> WrittenLong(std::string_view text) {
+    const bool negative = !text.empty() && text[0] == '-';
+    const std::string_view digits = negative ? text.substr(1) : text;
+    if (digits.empty() || digits.size() > 9 || (digits[0] == '0' && (digits.size() > 1 || negative))) {
+        return std::nullopt;
+    }
+    std::int32_t value = 0;
+    for (const char c : digits) {
+        if (c < '0' || c > '9') {
+            return std::nullopt;
+        }
+        value = value * 10 + (c - '0');
+    }
+    return negative ? -value : value;
+}
+
+}  // namespace
+
 std::optional<std::int32_t> TextToLong(std::string_view text) {
+    if (const auto written = WrittenLong(text)) {
+        return written;
+    }
     text = Trim(text);
     if (!text.empty() && text[0] == '&') {
         return RadixToLong(text);

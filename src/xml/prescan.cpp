@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "xml/text_checks.hpp"
@@ -58,6 +59,17 @@ constexpr std::array<bool, 256> kNameStops = MakeNameStops();
 
 bool IsNameStop(char c) { return kNameStops[static_cast<unsigned char>(c)]; }
 
+#ifdef QUILLBANK_PRESCAN_SSE2
+// The bytes of `chunk` equal to one of the class's specials, added to
+// `marked`. The specials are unrolled as constants: a loop over them would
+// make each comparison value again for every sixteen bytes.
+template <const ByteClass& bytes, std::size_t... K>
+inline __m128i MarkSpecials(__m128i chunk, __m128i marked, std::index_sequence<K...>) {
+    ((marked = _mm_or_si128(marked, _mm_cmpeq_epi8(chunk, _mm_set1_epi8(bytes.specials[K])))), ...);
+    return marked;
+}
+#endif
+
 // The position of the first byte at or after `p` that the class marks, or
 // `size`. The class is a template argument, so that its specials are
 // constants of the loop.
@@ -69,10 +81,8 @@ inline std::size_t FindMarked(const char* data, std::size_t p, std::size_t size)
     const __m128i low = _mm_set1_epi8(0x20);
     while (p + 16 <= size) {
         const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + p));
-        __m128i marked = _mm_cmplt_epi8(chunk, low);
-        for (std::size_t k = 0; k < bytes.count; ++k) {
-            marked = _mm_or_si128(marked, _mm_cmpeq_epi8(chunk, _mm_set1_epi8(bytes.specials[k])));
-        }
+        const __m128i marked =
+            MarkSpecials<bytes>(chunk, _mm_cmplt_epi8(chunk, low), std::make_index_sequence<bytes.count>());
         const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(marked));
         if (mask != 0) {
             return p + static_cast<std::size_t>(__builtin_ctz(mask));
@@ -140,8 +150,15 @@ private:
             ++p_;
             return true;
         }
-        char32_t c = 0;
-        return DecodeUtf8(t_, p_, c) && IsXmlChar(c);
+        // Text in other scripts comes in runs of multi-byte characters:
+        // the whole run is checked here rather than one character a visit.
+        do {
+            char32_t c = 0;
+            if (!DecodeUtf8(t_, p_, c) || !IsXmlChar(c)) {
+                return false;
+            }
+        } while (p_ < t_.size() && static_cast<unsigned char>(t_[p_]) >= 0x80);
+        return true;
     }
 
     template <const ByteClass& bytes>

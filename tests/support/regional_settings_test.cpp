@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include <quillbank/error.hpp>
 #include <quillbank/functions.hpp>
@@ -65,6 +66,28 @@ TEST_F(RegionalSettingsTest, HostFormsReadInTheirSetting) {
     EXPECT_EQ(DateToText(*TextToDate("01/02/2024")), "2024-02-01");
     EXPECT_EQ(VariantToDouble(std::string("\xC2\xA3" "5"), 0), 5);  // £5
     EXPECT_EQ(VariantToDouble(std::string("$5"), 7), 7);
+}
+
+// Integers are read as the nearest integer to the number the text reads as,
+// whether or not the text is in the form the library writes.
+TEST_F(RegionalSettingsTest, IntegersReadAsTheNearestIntegerOfTheNumber) {
+    const char* inputs[] = {"0",    "7",          "-7",         "007",       "-0",   "+5",   "123456789",
+                            "-123456789", "1234567890", "2147483647", "2147483648", " 12 ", "1,000", "1.000",
+                            "12.5", "13.5",       "-2.5",       "1e3",       "",     "-",    "12a"};
+    for (const char* locale : {"en-US", "en-GB", "de-DE", "fr-FR", "ja-JP"}) {
+        Functions::SetRegionalSettings(locale);
+        for (const char* input : inputs) {
+            const std::optional<double> number = TextToDouble(input);
+            std::optional<std::int32_t> expected;
+            if (number && !std::isnan(*number)) {
+                const double rounded = std::nearbyint(*number);
+                if (rounded >= -2147483648.0 && rounded <= 2147483647.0) {
+                    expected = static_cast<std::int32_t>(rounded);
+                }
+            }
+            EXPECT_EQ(TextToLong(input), expected) << locale << " '" << input << "'";
+        }
+    }
 }
 
 // What the library writes reads back the same in every setting.
