@@ -201,7 +201,7 @@ std::string PersistedProperty::PlainElementText() const {
     if constexpr (xml::kWritesTextDirectly) {
         xml::TextWriter writer;
         WritePlain(writer);
-        return std::move(writer.Out());
+        return writer.TakeText();
     } else {
         xml::DomWriter writer(xml::Document::Create());
         WritePlain(writer);

@@ -152,8 +152,9 @@ std::size_t FindCheckedSpecial(const char* data, std::size_t pos, std::size_t si
     return pos;
 }
 
-template <bool attribute>
-void AppendChecked(std::string& out, std::string_view text) {
+template <bool attribute, class Out>
+bool AppendChecked(Out& out, std::string_view text) {
+    bool keptControl = false;
     const char* data = text.data();
     const std::size_t size = text.size();
     std::size_t runStart = 0;
@@ -176,7 +177,7 @@ void AppendChecked(std::string& out, std::string_view text) {
         if (b == '\0') {
             // The document model's strings end at a NUL: the rest is cut.
             out.append(data + runStart, pos - runStart);
-            return;
+            return keptControl;
         }
         if (!attribute && b == '\r') {
             // Text set into the document model holds LF for CR LF and for a
@@ -194,6 +195,7 @@ void AppendChecked(std::string& out, std::string_view text) {
         const char* replacement = EscapeOf(b, attribute);
         if (replacement == nullptr) {
             // Other control characters are kept.
+            keptControl = keptControl || (b < 0x20 && b != '\t');
             ++pos;
             continue;
         }
@@ -203,13 +205,14 @@ void AppendChecked(std::string& out, std::string_view text) {
         runStart = pos;
     }
     out.append(data + runStart, size - runStart);
+    return keptControl;
 }
 
 }  // namespace
 
-void AppendCheckedText(std::string& out, std::string_view text) { AppendChecked<false>(out, text); }
+bool AppendCheckedText(TextBuffer& out, std::string_view text) { return AppendChecked<false>(out, text); }
 
-void AppendCheckedAttribute(std::string& out, std::string_view value) { AppendChecked<true>(out, value); }
+bool AppendCheckedAttribute(TextBuffer& out, std::string_view value) { return AppendChecked<true>(out, value); }
 
 void AppendEscapedText(std::string& out, std::string_view text) { Append<Mode::Text>(out, text, kTextTable); }
 

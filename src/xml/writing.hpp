@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "support/text.hpp"
 #include "xml/writer.hpp"
 
 namespace quillbank::xml {
@@ -28,13 +29,30 @@ std::string WriteString(Write&& write) {
     if constexpr (kWritesTextDirectly) {
         TextWriter writer;
         std::forward<Write>(write)(writer);
-        return std::move(writer.Out());
+        return writer.TakeText();
     } else {
         Document document = Document::Create();
         document.SetPreserveWhiteSpace(true);
         DomWriter writer(document);
         std::forward<Write>(write)(writer);
         return writer.Result().Xml();
+    }
+}
+
+// WriteString without the control characters below U+001A other than TAB,
+// LF and CR, as the string forms give their text. The direct writer knows
+// whether it wrote any, and the removal pass is made only then.
+template <class Write>
+std::string WriteStrippedString(Write&& write) {
+    if constexpr (kWritesTextDirectly) {
+        TextWriter writer;
+        std::forward<Write>(write)(writer);
+        if (writer.MayHoldControls()) {
+            return support::StripControlCharsOwned(writer.TakeText());
+        }
+        return writer.TakeText();
+    } else {
+        return support::StripControlCharsOwned(WriteString(std::forward<Write>(write)));
     }
 }
 
