@@ -249,9 +249,10 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
             xml::TextWriter writer;
             WriteTo(writer, false);
             if (!writer.MayHoldControls()) {
+                const std::string text = writer.TakeText();
                 xml::Document document = xml::Document::Create();
                 document.SetPreserveWhiteSpace(true);
-                if (document.LoadXML(writer.TakeText())) {
+                if (document.LoadXML(text)) {
                     auto copy = Create();
                     copy->FromXMLElement(document.DocumentElement());
                     return copy;
