@@ -222,13 +222,13 @@ xml::Element ChildElement::WriteElement(const xml::Document& Document, bool clea
 }
 
 std::string ChildElement::ToClearXMLString() {
-    return support::StripControlCharsOwned(
-        xml::WriteString([this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, true); }));
+    return xml::WriteStrippedString(
+        [this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, true); });
 }
 
 std::string ChildElement::ToXMLString() {
-    return support::StripControlCharsOwned(
-        xml::WriteString([this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, false); }));
+    return xml::WriteStrippedString(
+        [this](xml::Writer& writer) { elements::WriteChildElement(*this, writer, false); });
 }
 
 void ChildElement::FromXMLElement(const xml::Element& Element) {

@@ -185,11 +185,11 @@ void Lesson::FromXMLElement(const xml::Element& Element) {
 }
 
 std::string Lesson::ToXMLString() const {
-    return support::StripControlCharsOwned(xml::WriteString([this](xml::Writer& writer) { WriteTo(writer, false); }));
+    return xml::WriteStrippedString([this](xml::Writer& writer) { WriteTo(writer, false); });
 }
 
 std::string Lesson::ToClearXMLString() const {
-    return support::StripControlCharsOwned(xml::WriteString([this](xml::Writer& writer) { WriteTo(writer, true); }));
+    return xml::WriteStrippedString([this](xml::Writer& writer) { WriteTo(writer, true); });
 }
 
 void Lesson::FromXMLString(std::string_view XMLString) {
@@ -217,6 +217,31 @@ void Lesson::FromXMLString(std::string_view XMLString) {
 }
 
 std::shared_ptr<Lesson> Lesson::Clone() const {
+    // A clone is what reading the lesson's written element gives. The text
+    // of that element, parsed with its whitespace kept, is the same element:
+    // every value is escaped so that it reads back as written, and line ends
+    // in text are LF in both. So the text is written directly and read,
+    // which is cheaper than building the element through the document
+    // model. Text that cannot stand as XML (a control character, a comment
+    // holding "--", a character XML does not allow) does not parse, and a
+    // write that fails raises; both take the document's way, which gives
+    // what it always gave, its errors included.
+    try {
+        xml::TextWriter writer;
+        WriteTo(writer, false);
+        if (!writer.MayHoldControls()) {
+            const std::string text = writer.TakeText();
+            xml::Document document = xml::Document::Create();
+            document.SetPreserveWhiteSpace(true);
+            if (document.LoadXML(text)) {
+                auto copy = Create();
+                copy->FromXMLElement(document.DocumentElement());
+                return copy;
+            }
+        }
+    } catch (const Error&) {
+        // Taken again below, the document's way.
+    }
     auto copy = Create();
     xml::Document document = xml::Document::Create();
     copy->FromXMLElement(ToXMLElement(document));

@@ -347,13 +347,13 @@ std::shared_ptr<PersistedPropertyCollection> PersistedPropertyCollection::Clone(
 }
 
 std::string PersistedPropertyCollection::ToClearXMLString() {
-    return support::StripControlCharsOwned(
-        xml::WriteString([this](xml::Writer& writer) { properties::WriteBag(*this, writer, true); }));
+    return xml::WriteStrippedString(
+        [this](xml::Writer& writer) { properties::WriteBag(*this, writer, true); });
 }
 
 std::string PersistedPropertyCollection::ToXMLString() {
-    return support::StripControlCharsOwned(
-        xml::WriteString([this](xml::Writer& writer) { properties::WriteBag(*this, writer, false); }));
+    return xml::WriteStrippedString(
+        [this](xml::Writer& writer) { properties::WriteBag(*this, writer, false); });
 }
 
 void PersistedPropertyCollection::FromXMLString(std::string_view XMLString) {

@@ -167,15 +167,9 @@ void PersistedProperty::WritePlain(xml::Writer& writer) const {
 std::string PersistedProperty::PlainElementText() const {
     // The plain element is written on its own, and only its text travels
     // inside the wrapper.
-    if constexpr (xml::kWritesTextDirectly) {
-        xml::TextWriter writer;
-        WritePlain(writer);
-        return std::move(writer.Out());
-    } else {
-        xml::DomWriter writer(xml::Document::Create());
-        WritePlain(writer);
-        return writer.Result().Xml();
-    }
+    xml::TextWriter writer;
+    WritePlain(writer);
+    return writer.TakeText();
 }
 
 bool PersistedProperty::WriteTo(xml::Writer& writer, bool clear) {

@@ -49,11 +49,15 @@ std::vector<std::uint8_t> Utf8ToAnsi(std::string_view text) {
     out.reserve(text.size());
     std::size_t i = 0;
     while (i < text.size()) {
-        const unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c < 0x80) {
-            out.push_back(c);
-            ++i;
-        } else {
+        // A run of ASCII is copied as it is.
+        std::size_t run = i;
+        while (run < text.size() && static_cast<unsigned char>(text[run]) < 0x80) {
+            ++run;
+        }
+        out.insert(out.end(), reinterpret_cast<const std::uint8_t*>(text.data()) + i,
+                   reinterpret_cast<const std::uint8_t*>(text.data()) + run);
+        i = run;
+        if (i < text.size()) {
             out.push_back(ToAnsiByte(NextCharacter(text, i)));
         }
     }
@@ -100,6 +104,10 @@ bool IsLowAnsiValue(std::string_view character) {
 bool IsUnicodeString(std::string_view text) {
     std::size_t i = 0;
     while (i < text.size()) {
+        if (static_cast<unsigned char>(text[i]) < 0x80) {
+            ++i;  // ASCII is below U+0100
+            continue;
+        }
         const std::size_t start = i;
         const char32_t cp = NextCharacter(text, i);
         if (cp >= 0x100 && IsLowAnsiValue(text.substr(start, i - start))) {

@@ -3,12 +3,20 @@
 #include <algorithm>
 
 #include "support/ansi.hpp"
+#include "support/ascii_folding.hpp"
 #include "support/text.hpp"
 #include "xml/base64.hpp"
 
 namespace quillbank::support {
 
 std::string EncodeBase64(std::string_view text) {
+    if (ascii::IsAscii(text)) {
+        // ASCII is its own ANSI form, one byte a code unit: the text and the
+        // zero byte that always ends the data.
+        std::vector<std::uint8_t> buffer(text.size() + 1, 0);
+        std::copy(text.begin(), text.end(), buffer.begin());
+        return xml::EncodeBase64Text(buffer);
+    }
     // One byte per UTF-16 code unit (the ANSI bytes cut or padded with zero
     // bytes to that length), plus the zero byte that always ends the data.
     std::vector<std::uint8_t> buffer = Utf8ToAnsi(text);
@@ -31,7 +39,12 @@ std::string EncodeBase64Utf8(std::string_view text) {
     }
     // The text is UTF-8 already; text that is not is first repaired the way
     // the platform's conversion repairs broken UTF-16.
-    const std::string utf8 = IsValidUtf8(text) ? std::string(text) : Utf16ToUtf8(Utf8ToUtf16(text));
+    std::string repaired;
+    std::string_view utf8 = text;
+    if (!IsValidUtf8(text)) {
+        repaired = Utf16ToUtf8(Utf8ToUtf16(text));
+        utf8 = repaired;
+    }
     if (utf8.empty()) {
         return EncodeBase64("#error#");
     }

@@ -10,7 +10,24 @@
 #include <utility>
 #include <vector>
 
+#include "support/ascii_folding.hpp"
+
 namespace quillbank::support {
+
+// Whether ASCII `a` comes before ASCII `b` in the order of their lower-cased
+// UTF-16 keys: for ASCII each byte is its own code unit, so the lower-cased
+// bytes compare the same way.
+inline bool AsciiLessLowered(std::string_view a, std::string_view b) {
+    const std::size_t common = a.size() < b.size() ? a.size() : b.size();
+    for (std::size_t i = 0; i < common; ++i) {
+        const char x = ascii::Lower(a[i]);
+        const char y = ascii::Lower(b[i]);
+        if (x != y) {
+            return static_cast<unsigned char>(x) < static_cast<unsigned char>(y);
+        }
+    }
+    return a.size() < b.size();
+}
 
 // The lower-cased UTF-16 form used both for sorting and as the key of names
 // matched without regard to case.
@@ -29,6 +46,20 @@ void FoldToLowerCase(std::string& text);
 // keys agree.
 template <class T, class NameOf>
 void SortByLowerCaseName(std::vector<T*>& items, NameOf nameOf) {
+    // Names that are all ASCII (nearly always) are compared lower-cased in
+    // place, without keys.
+    bool allAscii = true;
+    for (const T* item : items) {
+        if (!ascii::IsAscii(nameOf(*item))) {
+            allAscii = false;
+            break;
+        }
+    }
+    if (allAscii) {
+        std::sort(items.begin(), items.end(),
+                  [&nameOf](const T* a, const T* b) { return AsciiLessLowered(nameOf(*a), nameOf(*b)); });
+        return;
+    }
     // The keys stand in one buffer; each entry holds the end of its own.
     std::u16string keyText;
     std::vector<std::pair<std::size_t, T*>> ends;

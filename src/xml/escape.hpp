@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "xml/text_buffer.hpp"
+
 namespace quillbank::xml {
 
 // Text content of a node's "xml": '&', '<', '>' escaped, quotes kept, every LF
@@ -27,8 +29,10 @@ void AppendCommentText(std::string& out, std::string_view text);
 // model does to text it is given: text that is not UTF-8 raises its error
 // (part of the text may have been appended by then), the text ends at a NUL,
 // and in node text CR LF and a lone CR are a line end (written CR LF).
-void AppendCheckedText(std::string& out, std::string_view text);
-void AppendCheckedAttribute(std::string& out, std::string_view value);
+// Both say whether they kept a control character other than TAB, LF and CR
+// (the document model holds them; the string forms remove them at the end).
+bool AppendCheckedText(TextBuffer& out, std::string_view text);
+bool AppendCheckedAttribute(TextBuffer& out, std::string_view value);
 
 // The pretty-printed form: text with '<', '>', '&' escaped, LF kept, CR as
 // "&#13;", and every character above U+007F as a decimal character reference.

@@ -10,6 +10,21 @@
 
 namespace quillbank::xml {
 
+namespace {
+
+// Whether `text` holds a control character other than TAB, LF and CR.
+bool HasControls(std::string_view text) {
+    for (const char c : text) {
+        const auto b = static_cast<unsigned char>(c);
+        if (b < 0x20 && b != '\t' && b != '\n' && b != '\r') {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 void TextWriter::StartElement(std::string_view name) {
     CloseStartTag();
     out_.push_back('<');
@@ -19,16 +34,23 @@ void TextWriter::StartElement(std::string_view name) {
 }
 
 void TextWriter::Attribute(std::string_view name, std::string_view value) {
-    const std::size_t at = out_.size();
-    out_.resize(at + name.size() + 3);
-    char* to = out_.data() + at;
-    *to++ = ' ';
-    name.copy(to, name.size());
-    to += name.size();
-    to[0] = '=';
-    to[1] = '"';
+    // ' name="' in one append: the model's attribute names are short.
+    char head[40];
+    if (name.size() + 3 <= sizeof head) {
+        head[0] = ' ';
+        name.copy(head + 1, name.size());
+        head[name.size() + 1] = '=';
+        head[name.size() + 2] = '"';
+        out_.append(head, name.size() + 3);
+    } else {
+        out_.push_back(' ');
+        out_ += name;
+        out_ += "=\"";
+    }
     // The same refusal as the document model's for text it cannot hold.
-    AppendCheckedAttribute(out_, value);
+    if (AppendCheckedAttribute(out_, value)) {
+        mayHoldControls_ = true;
+    }
     out_.push_back('"');
 }
 
@@ -37,7 +59,9 @@ void TextWriter::Text(std::string_view text) {
         return;
     }
     CloseStartTag();
-    AppendCheckedText(out_, text);
+    if (AppendCheckedText(out_, text)) {
+        mayHoldControls_ = true;
+    }
 }
 
 void TextWriter::Comment(std::string_view given) {
@@ -48,12 +72,15 @@ void TextWriter::Comment(std::string_view given) {
         RaiseDomError(kCommentEndInComment);
     }
     CloseStartTag();
+    mayHoldControls_ = mayHoldControls_ || HasControls(text);
     out_ += "<!--";
+    std::string written;
     if (text.find('\r') == std::string_view::npos) {
-        AppendCommentText(out_, text);
+        AppendCommentText(written, text);
     } else {
-        AppendCommentText(out_, NormalizeLineEnds(text));
+        AppendCommentText(written, NormalizeLineEnds(text));
     }
+    out_ += written;
     out_ += "-->";
 }
 
@@ -75,11 +102,12 @@ void TextWriter::Markup(std::string_view xml) {
         return;
     }
     CloseStartTag();
+    mayHoldControls_ = mayHoldControls_ || HasControls(xml);
     out_ += xml;
 }
 
 void TextWriter::Restore(const Mark& mark) {
-    out_.resize(mark.size);
+    out_.Truncate(mark.size);
     open_.resize(mark.depth);
     startTagOpen_ = mark.open;
 }

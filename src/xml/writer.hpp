@@ -17,10 +17,9 @@
 
 #include <quillbank/xml.hpp>
 
-namespace quillbank::xml {
+#include "xml/text_buffer.hpp"
 
-// Whether text is written without a document (every build does).
-inline constexpr bool kWritesTextDirectly = true;
+namespace quillbank::xml {
 
 class Writer {
 public:
@@ -82,6 +81,8 @@ private:
 // Writes the "xml" text of the elements directly.
 class TextWriter final : public Writer {
 public:
+    TextWriter() { open_.reserve(16); }
+
     void StartElement(std::string_view name) override;
     void Attribute(std::string_view name, std::string_view value) override;
     void Text(std::string_view text) override;
@@ -92,7 +93,15 @@ public:
     Mark Save() const override { return {open_.size(), out_.size(), startTagOpen_}; }
     void Restore(const Mark& mark) override;
 
-    std::string& Out() { return out_; }
+    // The text written so far.
+    std::string_view Out() const { return out_.View(); }
+    // The text written; the writer is done with.
+    std::string TakeText() { return out_.Take(); }
+    // Whether the text may hold a control character other than TAB, LF and
+    // CR: false when none was ever written. The string forms then leave out
+    // their pass that removes such characters, and the text is one that
+    // XML allows.
+    bool MayHoldControls() const { return mayHoldControls_; }
 
 private:
     // Closes the start tag of the element being written, which gets children.
@@ -103,10 +112,11 @@ private:
         }
     }
 
-    std::string out_;
+    TextBuffer out_;
     std::vector<std::string_view> open_;
     // The last start tag written still waits for its '>' (or "/>").
     bool startTagOpen_ = false;
+    bool mayHoldControls_ = false;
 };
 
 }  // namespace quillbank::xml

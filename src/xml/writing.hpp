@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "support/text.hpp"
 #include "xml/writer.hpp"
 
 namespace quillbank::xml {
@@ -26,7 +27,20 @@ template <class Write>
 std::string WriteString(Write&& write) {
     TextWriter writer;
     std::forward<Write>(write)(writer);
-    return std::move(writer.Out());
+    return writer.TakeText();
+}
+
+// WriteString without the control characters below U+001A other than TAB,
+// LF and CR, as the string forms give their text. The direct writer knows
+// whether it wrote any, and the removal pass is made only then.
+template <class Write>
+std::string WriteStrippedString(Write&& write) {
+    TextWriter writer;
+    std::forward<Write>(write)(writer);
+    if (writer.MayHoldControls()) {
+        return support::StripControlCharsOwned(writer.TakeText());
+    }
+    return writer.TakeText();
 }
 
 }  // namespace quillbank::xml

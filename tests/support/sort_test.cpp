@@ -58,6 +58,29 @@ TEST(SortByLowerCaseName, GivesTheOrderOfSortStringsForNamesDistinctWithoutCase)
     }
 }
 
+TEST(SortByLowerCaseName, AsciiNamesTakeTheOrderOfSortStrings) {
+    // Names distinct without case (as in a bag) that mix letter case,
+    // lengths and the characters between 'Z' and 'a'.
+    Names names{"", "a", "B", "ab", "AB_", "a_", "_", "`tick", "[x", "Zz", "z", "{", "~end", "0", "9lives", " space",
+                "aBc", "abC1", "@home"};
+    std::mt19937 random(11);
+    for (int round = 0; round < 20; ++round) {
+        std::shuffle(names.begin(), names.end(), random);
+        std::vector<const std::string*> items;
+        for (const std::string& name : names) {
+            items.push_back(&name);
+        }
+        SortByLowerCaseName(items, [](const std::string& name) -> const std::string& { return name; });
+        Names sorted;
+        for (const std::string* item : items) {
+            sorted.push_back(*item);
+        }
+        Names expected = names;
+        SortStrings(expected);
+        EXPECT_EQ(sorted, expected);
+    }
+}
+
 TEST(SortStrings, MinusOneMeansTheBounds) {
     Names names{"d", "c", "b", "a"};
     SortStrings(names, -1, -1);
