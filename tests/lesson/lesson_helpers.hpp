@@ -1,7 +1,8 @@
 #pragma once
 
 // Helpers shared by the lesson tests: texts with the per-write document
-// identifier blanked out, and the identifiers a map refers to.
+// identifier blanked out or without the control characters the string forms
+// remove, and the identifiers a map refers to.
 
 #include <regex>
 #include <string>
@@ -16,6 +17,22 @@ inline std::string WithoutDocumentId(const std::string& text) {
     static const std::regex documentId("documentid=\"[^\"]*\"");
     return std::regex_replace(text, documentId, "documentid=\"*\"", std::regex_constants::format_first_only);
 }
+
+// The text without what the string forms remove: U+0000..U+0019 but TAB,
+// LF and CR.
+inline std::string WithoutControlChars(const std::string& text) {
+    std::string out;
+    for (const char c : text) {
+        const auto b = static_cast<unsigned char>(c);
+        if (b > 25 || b == 9 || b == 10 || b == 13) {
+            out.push_back(c);
+        }
+    }
+    return out;
+}
+
+// An element's "xml" as a string form gives it.
+inline std::string ElementXml(const xml::Element& element) { return WithoutControlChars(element.Xml()); }
 
 inline bool IsGuidText(const std::string& text) {
     static const std::regex guid("^[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}$");

@@ -16,21 +16,8 @@
 namespace quillbank {
 namespace {
 
+using testing::ElementXml;
 using testing::WithoutDocumentId;
-
-// What the string forms remove: U+0000..U+0019 but TAB, LF and CR.
-std::string WithoutControlChars(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        const auto b = static_cast<unsigned char>(c);
-        if (b > 25 || b == 9 || b == 10 || b == 13) {
-            out.push_back(c);
-        }
-    }
-    return out;
-}
-
-std::string ElementXml(const xml::Element& element) { return WithoutControlChars(element.Xml()); }
 
 // A lesson with every awkward kind of value the writers meet.
 std::shared_ptr<Lesson> AwkwardLesson() {

@@ -10,6 +10,27 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+// SortByLowerCaseName gives the order SortStrings gives, from twenty
+// shuffles of the names.
+void ExpectSortedAsSortStrings(Names names, unsigned seed) {
+    std::mt19937 random(seed);
+    for (int round = 0; round < 20; ++round) {
+        std::shuffle(names.begin(), names.end(), random);
+        std::vector<const std::string*> items;
+        for (const std::string& name : names) {
+            items.push_back(&name);
+        }
+        SortByLowerCaseName(items, [](const std::string& name) -> const std::string& { return name; });
+        Names sorted;
+        for (const std::string* item : items) {
+            sorted.push_back(*item);
+        }
+        Names expected = names;
+        SortStrings(expected);
+        EXPECT_EQ(sorted, expected);
+    }
+}
+
 TEST(SortStrings, IgnoresLetterCase) {
     Names names{"c", "B", "a", "D"};
     SortStrings(names);
@@ -40,22 +61,7 @@ TEST(SortStrings, LowerCasesBeyondAscii) {
 TEST(SortByLowerCaseName, GivesTheOrderOfSortStringsForNamesDistinctWithoutCase) {
     // Mixed case, non-ASCII letters, surrogate pairs and an empty name.
     Names names{"delta", "\xC3\x84rger", "Alpha", "", "\xEF\xBD\x9E", "\xF0\x9F\x98\x80", "_x", "beta", "\xC3\xA4pfeL"};
-    std::mt19937 random(7);
-    for (int round = 0; round < 20; ++round) {
-        std::shuffle(names.begin(), names.end(), random);
-        std::vector<const std::string*> items;
-        for (const std::string& name : names) {
-            items.push_back(&name);
-        }
-        SortByLowerCaseName(items, [](const std::string& name) -> const std::string& { return name; });
-        Names sorted;
-        for (const std::string* item : items) {
-            sorted.push_back(*item);
-        }
-        Names expected = names;
-        SortStrings(expected);
-        EXPECT_EQ(sorted, expected);
-    }
+    ExpectSortedAsSortStrings(names, 7);
 }
 
 TEST(SortByLowerCaseName, AsciiNamesTakeTheOrderOfSortStrings) {
@@ -63,22 +69,7 @@ TEST(SortByLowerCaseName, AsciiNamesTakeTheOrderOfSortStrings) {
     // lengths and the characters between 'Z' and 'a'.
     Names names{"", "a", "B", "ab", "AB_", "a_", "_", "`tick", "[x", "Zz", "z", "{", "~end", "0", "9lives", " space",
                 "aBc", "abC1", "@home"};
-    std::mt19937 random(11);
-    for (int round = 0; round < 20; ++round) {
-        std::shuffle(names.begin(), names.end(), random);
-        std::vector<const std::string*> items;
-        for (const std::string& name : names) {
-            items.push_back(&name);
-        }
-        SortByLowerCaseName(items, [](const std::string& name) -> const std::string& { return name; });
-        Names sorted;
-        for (const std::string* item : items) {
-            sorted.push_back(*item);
-        }
-        Names expected = names;
-        SortStrings(expected);
-        EXPECT_EQ(sorted, expected);
-    }
+    ExpectSortedAsSortStrings(names, 11);
 }
 
 TEST(SortStrings, MinusOneMeansTheBounds) {
