@@ -4,8 +4,10 @@
 //            build/release/bench/quillbank_profile_one OPERATION [STORYBOARDS]
 //
 // OPERATION is one of to-xml, to-clear, format, clone, duplicate,
-// pugi-serialize and pugi-parse (the floors, with the parse options of the
-// benchmark suite); STORYBOARDS defaults to 100. The lesson and its text are
+// part-strings (FromXMLString of every storyboard's bag and of every child
+// element, from their written texts), pugi-serialize and pugi-parse (the
+// floors, with the parse options of the benchmark suite); STORYBOARDS
+// defaults to 100. The lesson and its text are
 // made before the measured call, which is the only code inside
 // RunMeasured.
 
@@ -14,6 +16,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -38,7 +41,20 @@ struct Input {
     std::shared_ptr<Lesson> lesson;
     std::string text;
     pugi::xml_document document;
+    // The written texts of the storyboards' bags and child elements.
+    std::vector<std::string> bagTexts;
+    std::vector<std::string> elementTexts;
 };
+
+void CollectPartTexts(Input& input) {
+    for (const auto& storyboard : *input.lesson->Storyboards()) {
+        input.bagTexts.push_back(storyboard->Properties()->ToXMLString());
+        const auto children = storyboard->Children();
+        for (std::int32_t i = 0; i < children->Count(); ++i) {
+            input.elementTexts.push_back(children->Item(i)->ToXMLString());
+        }
+    }
+}
 
 // The measured call; its result's size is returned so that nothing is
 // optimised away.
@@ -57,6 +73,20 @@ struct Input {
     }
     if (std::strcmp(operation, "duplicate") == 0) {
         return static_cast<std::size_t>(input.lesson->Duplicate()->Storyboards()->Count());
+    }
+    if (std::strcmp(operation, "part-strings") == 0) {
+        std::size_t count = 0;
+        for (const std::string& text : input.bagTexts) {
+            auto bag = PersistedPropertyCollection::Create();
+            bag->FromXMLString(text);
+            count += static_cast<std::size_t>(bag->Count());
+        }
+        for (const std::string& text : input.elementTexts) {
+            auto element = ChildElement::Create();
+            element->FromXMLString(text);
+            count += static_cast<std::size_t>(element->PPCObject()->Count());
+        }
+        return count;
     }
     if (std::strcmp(operation, "pugi-serialize") == 0) {
         StringWriter writer;
@@ -84,6 +114,9 @@ int main(int argc, char** argv) {
     input.lesson = bench::GenerateLesson(storyboards, 1);
     input.text = input.lesson->ToXMLString();
     input.document.load_buffer(input.text.data(), input.text.size(), kFloorParseFlags, pugi::encoding_utf8);
+    if (std::strcmp(argv[1], "part-strings") == 0) {
+        CollectPartTexts(input);
+    }
     std::printf("%zu\n", RunMeasured(argv[1], input));
     return 0;
 }

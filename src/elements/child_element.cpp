@@ -11,6 +11,8 @@
 #include "xml/writing.hpp"
 #include "reading/element_cursor.hpp"
 #include "reading/model_reader.hpp"
+#include "reading/parsed_lesson.hpp"
+#include "reading/parsed_parts.hpp"
 
 namespace quillbank {
 
@@ -245,11 +247,21 @@ void ChildElement::FromXMLString(std::string_view XMLString) {
         properties_ = NewNamelessBag();
         return;
     }
-    xml::Document document = xml::Document::Create();
-    if (!document.LoadXML(support::StripControlChars(XMLString))) {
+    const std::string text = support::StripControlChars(XMLString);
+    bool loaded = false;
+    if constexpr (detail::reading::kReadsParsedNodes) {
+        // The element is built straight from the parser's nodes.
+        loaded = detail::reading::ReadChildElementFromText(*this, text);
+    } else {
+        xml::Document document = xml::Document::Create();
+        loaded = document.LoadXML(text);
+        if (loaded) {
+            FromXMLElement(document.DocumentElement());
+        }
+    }
+    if (!loaded) {
         frame::Raise(ErrXmlForm, "ChildElement.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
-    FromXMLElement(document.DocumentElement());
 }
 
 }  // namespace quillbank

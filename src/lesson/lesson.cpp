@@ -222,7 +222,8 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
     // every value is escaped so that it reads back as written, and line ends
     // in text are LF in both. So the text is written directly and read,
     // which is cheaper than building the element through the document
-    // model. Text that cannot stand as XML (a control character, a comment
+    // model; where the parser is pugixml the model is built straight from
+    // its nodes, as FromXMLString builds it. Text that cannot stand as XML (a control character, a comment
     // holding "--", a character XML does not allow) does not parse, and a
     // write that fails raises; both take the document's way, which gives
     // what it always gave, its errors included.
@@ -235,7 +236,13 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
             document.SetPreserveWhiteSpace(true);
             if (document.LoadXML(text)) {
                 auto copy = Create();
-                copy->FromXMLElement(document.DocumentElement());
+                if constexpr (detail::reading::kReadsParsedNodes) {
+                    // Read straight from the parser's nodes, with the
+                    // whitespace rules of this load.
+                    detail::reading::ReadLessonFromParse(*copy, document);
+                } else {
+                    copy->FromXMLElement(document.DocumentElement());
+                }
                 return copy;
             }
         }

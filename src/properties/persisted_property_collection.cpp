@@ -13,6 +13,8 @@
 #include "xml/writing.hpp"
 #include "reading/element_cursor.hpp"
 #include "reading/model_reader.hpp"
+#include "reading/parsed_lesson.hpp"
+#include "reading/parsed_parts.hpp"
 
 namespace quillbank {
 
@@ -362,11 +364,21 @@ void PersistedPropertyCollection::FromXMLString(std::string_view XMLString) {
         store_ = std::make_unique<detail::PropertyStore>();
         return;
     }
-    xml::Document document = xml::Document::Create();
-    if (!document.LoadXML(support::StripControlChars(XMLString))) {
+    const std::string text = support::StripControlChars(XMLString);
+    bool loaded = false;
+    if constexpr (detail::reading::kReadsParsedNodes) {
+        // The bag is built straight from the parser's nodes.
+        loaded = detail::reading::ReadBagFromText(*this, text);
+    } else {
+        xml::Document document = xml::Document::Create();
+        loaded = document.LoadXML(text);
+        if (loaded) {
+            FromXMLElement(document.DocumentElement());
+        }
+    }
+    if (!loaded) {
         frame::Raise(ErrXmlForm, "PersistedPropertyCollection.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
-    FromXMLElement(document.DocumentElement());
 }
 
 xml::Element PersistedPropertyCollection::ToClearXMLElement(const xml::Document& Document) {

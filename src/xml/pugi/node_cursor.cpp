@@ -36,6 +36,7 @@ NodeCursor::Parsed::Parsed(std::string_view text) {
     if (!outcome.loaded) {
         return;
     }
+    loaded_ = true;
     scratch_->source.rules = {false, outcome.mentionsXmlSpace, scratch_->layout.Empty() ? nullptr : &scratch_->layout};
     for (pugi::xml_node n = scratch_->document.first_child(); n; n = n.next_sibling()) {
         if (n.type() == pugi::node_element) {

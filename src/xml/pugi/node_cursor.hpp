@@ -84,11 +84,14 @@ public:
     Parsed(const Parsed&) = delete;
     Parsed& operator=(const Parsed&) = delete;
 
+    // Whether the text parsed; a text that parsed may still have no root.
+    bool Loaded() const { return loaded_; }
     NodeCursor Root() const { return root_; }
 
 private:
     ParseScratch* scratch_;
     NodeCursor root_;
+    bool loaded_ = false;
 };
 
 inline NodeCursor::Parsed NodeCursor::ParseDocument(std::string_view text) const { return Parsed(text); }
