@@ -248,18 +248,7 @@ void ChildElement::FromXMLString(std::string_view XMLString) {
         return;
     }
     const std::string text = support::StripControlChars(XMLString);
-    bool loaded = false;
-    if constexpr (detail::reading::kReadsParsedNodes) {
-        // The element is built straight from the parser's nodes.
-        loaded = detail::reading::ReadChildElementFromText(*this, text);
-    } else {
-        xml::Document document = xml::Document::Create();
-        loaded = document.LoadXML(text);
-        if (loaded) {
-            FromXMLElement(document.DocumentElement());
-        }
-    }
-    if (!loaded) {
+    if (!detail::reading::ReadChildElementFromText(*this, text)) {
         frame::Raise(ErrXmlForm, "ChildElement.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
 }

@@ -208,12 +208,7 @@ void Lesson::FromXMLString(std::string_view XMLString) {
     if (!loaded) {
         frame::Raise(ErrXmlForm, "Lesson.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
-    if constexpr (detail::reading::kReadsParsedNodes) {
-        // The model is built straight from the parser's nodes.
-        detail::reading::ReadLessonFromParse(*this, document);
-    } else {
-        FromXMLElement(document.DocumentElement());
-    }
+    detail::reading::ReadLessonFromParse(*this, document);
 }
 
 std::shared_ptr<Lesson> Lesson::Clone() const {
@@ -223,10 +218,11 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
     // in text are LF in both. So the text is written directly and read,
     // which is cheaper than building the element through the document
     // model; where the parser is pugixml the model is built straight from
-    // its nodes, as FromXMLString builds it. Text that cannot stand as XML (a control character, a comment
-    // holding "--", a character XML does not allow) does not parse, and a
-    // write that fails raises; both take the document's way, which gives
-    // what it always gave, its errors included.
+    // its nodes, as FromXMLString builds it. Text that cannot stand as XML
+    // (a control character, a comment holding "--", a character XML does
+    // not allow) does not parse, and a write that fails raises; both take
+    // the document's way, which gives what it always gave, its errors
+    // included.
     try {
         xml::TextWriter writer;
         WriteTo(writer, false);
@@ -236,13 +232,8 @@ std::shared_ptr<Lesson> Lesson::Clone() const {
             document.SetPreserveWhiteSpace(true);
             if (document.LoadXML(text)) {
                 auto copy = Create();
-                if constexpr (detail::reading::kReadsParsedNodes) {
-                    // Read straight from the parser's nodes, with the
-                    // whitespace rules of this load.
-                    detail::reading::ReadLessonFromParse(*copy, document);
-                } else {
-                    copy->FromXMLElement(document.DocumentElement());
-                }
+                // Read with the whitespace rules of this load.
+                detail::reading::ReadLessonFromParse(*copy, document);
                 return copy;
             }
         }

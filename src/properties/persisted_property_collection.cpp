@@ -365,18 +365,7 @@ void PersistedPropertyCollection::FromXMLString(std::string_view XMLString) {
         return;
     }
     const std::string text = support::StripControlChars(XMLString);
-    bool loaded = false;
-    if constexpr (detail::reading::kReadsParsedNodes) {
-        // The bag is built straight from the parser's nodes.
-        loaded = detail::reading::ReadBagFromText(*this, text);
-    } else {
-        xml::Document document = xml::Document::Create();
-        loaded = document.LoadXML(text);
-        if (loaded) {
-            FromXMLElement(document.DocumentElement());
-        }
-    }
-    if (!loaded) {
+    if (!detail::reading::ReadBagFromText(*this, text)) {
         frame::Raise(ErrXmlForm, "PersistedPropertyCollection.FromXMLString", frame::kXmlCouldNotBeParsed);
     }
 }

@@ -5,8 +5,8 @@
 // the parser's nodes by the reading rules (reading/model_reader.hpp), as
 // loading it into a document of the facade (whitespace not kept) and reading
 // that document's root element would build it. The Windows build, whose
-// parser is MSXML, reads through the facade (kReadsParsedNodes is false
-// there, and these are not defined).
+// parser is MSXML, loads such a document and reads it through the facade
+// (reading/facade_reading.cpp).
 
 #include <string_view>
 

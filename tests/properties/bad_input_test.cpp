@@ -12,6 +12,7 @@
 
 #include "properties/test_support.hpp"
 #include "support/base64_coders.hpp"
+#include "common/mangle.hpp"
 
 namespace quillbank {
 namespace {
@@ -19,24 +20,8 @@ namespace {
 using testing::ReadGolden;
 
 // Deletes, duplicates or replaces a few bytes of the text.
-std::string Mangle(std::string text, std::mt19937& rng) {
-    const std::string replacements = "<>/\"'=&;#\r\n\t x\x80\xFF";
-    const int edits = std::uniform_int_distribution<int>(1, 6)(rng);
-    for (int i = 0; i < edits && !text.empty(); ++i) {
-        const std::size_t at = std::uniform_int_distribution<std::size_t>(0, text.size() - 1)(rng);
-        switch (rng() % 3) {
-            case 0:
-                text.erase(at, 1 + rng() % 8);
-                break;
-            case 1:
-                text.insert(at, text.substr(at, 1 + rng() % 16));
-                break;
-            default:
-                text[at] = replacements[rng() % replacements.size()];
-                break;
-        }
-    }
-    return text;
+std::string Mangle(const std::string& text, std::mt19937& rng) {
+    return testing::Mangle(text, rng, "<>/\"'=&;#\r\n\t x\x80\xFF", 6);
 }
 
 // Damages base64 text without making the surrounding XML malformed.

@@ -18,6 +18,7 @@
 
 #include "lesson_generator.hpp"
 #include "support/text.hpp"
+#include "common/mangle.hpp"
 
 namespace quillbank {
 namespace {
@@ -143,24 +144,8 @@ GeneratedTexts TextsOfGeneratedLesson(std::uint64_t seed) {
 }
 
 // Deletes, duplicates or replaces a few bytes of the text.
-std::string Mangle(std::string text, std::mt19937& rng) {
-    const std::string replacements = "<>/\"'=&;#\r\n\t x\x01\x80\xFF";
-    const int edits = std::uniform_int_distribution<int>(1, 5)(rng);
-    for (int i = 0; i < edits && !text.empty(); ++i) {
-        const std::size_t at = std::uniform_int_distribution<std::size_t>(0, text.size() - 1)(rng);
-        switch (rng() % 3) {
-            case 0:
-                text.erase(at, 1 + rng() % 8);
-                break;
-            case 1:
-                text.insert(at, text.substr(at, 1 + rng() % 16));
-                break;
-            default:
-                text[at] = replacements[rng() % replacements.size()];
-                break;
-        }
-    }
-    return text;
+std::string Mangle(const std::string& text, std::mt19937& rng) {
+    return testing::Mangle(text, rng, "<>/\"'=&;#\r\n\t x\x01\x80\xFF", 5);
 }
 
 TEST(StringFormReading, GeneratedBagsReadAsTheirElements) {
