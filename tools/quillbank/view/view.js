@@ -342,6 +342,8 @@
     }
     listBox.scrollTop = 0;
     drawList();
+    // Says which filter the list shows, for whoever waits on it.
+    listBox.dataset.filter = text;
   }
   let filterTimer = 0;
   document.getElementById('filter').addEventListener('input', (event) => {
