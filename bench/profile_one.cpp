@@ -3,7 +3,7 @@
 //   valgrind --tool=callgrind --toggle-collect='*RunMeasured*'
 //            build/release/bench/quillbank_profile_one OPERATION [STORYBOARDS]
 //
-// OPERATION is one of to-xml, to-clear, format, clone, duplicate,
+// OPERATION is one of from-xml, to-xml, to-clear, format, clone, duplicate,
 // part-strings (FromXMLString of every storyboard's bag and of every child
 // element, from their written texts), pugi-serialize and pugi-parse (the
 // floors, with the parse options of the benchmark suite); STORYBOARDS
@@ -59,6 +59,11 @@ void CollectPartTexts(Input& input) {
 // The measured call; its result's size is returned so that nothing is
 // optimised away.
 [[gnu::noinline]] std::size_t RunMeasured(const char* operation, Input& input) {
+    if (std::strcmp(operation, "from-xml") == 0) {
+        auto lesson = Lesson::Create();
+        lesson->FromXMLString(input.text);
+        return static_cast<std::size_t>(lesson->Storyboards()->Count());
+    }
     if (std::strcmp(operation, "to-xml") == 0) {
         return input.lesson->ToXMLString().size();
     }
